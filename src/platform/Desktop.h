@@ -1,0 +1,32 @@
+// A desktop that helper processes live on, one after the other. Each backend has one; only the entry
+// point and the test runner choose between them.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Platform.h"
+#include "platform/TranscriptWriter.h"
+
+namespace kestro {
+
+struct DesktopOptions {
+  std::vector<std::string> arguments;                  // of the command line, after the executable
+  std::optional<std::filesystem::path> dataDirectory;  // absent: the backend's own choice
+  std::unique_ptr<TranscriptWriter> transcriptWriter;  // null: no transcript
+};
+
+class Desktop {
+ public:
+  virtual ~Desktop() = default;
+
+  virtual Platform& platform() = 0;
+
+  // Called after a process life has ended. True when another is to start on this desktop, now.
+  virtual bool beginNextProcessLife() = 0;
+};
+
+}  // namespace kestro

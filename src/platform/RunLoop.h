@@ -1,0 +1,41 @@
+// The main run loop: the one thread on which everything above the platform runs. In a scene its time
+// is virtual; live it also serves the desktop's sockets.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/Clock.h"
+
+namespace kestro {
+
+// A scheduled task. Destroying it cancels what has not run yet.
+class Timer {
+ public:
+  virtual ~Timer() = default;
+};
+
+class RunLoop {
+ public:
+  using Task = std::function<void()>;
+
+  virtual ~RunLoop() = default;
+
+  // Runs `task` on the main loop as soon as the current task has returned, in order of posting.
+  virtual void post(Task task) = 0;
+  // Runs `task` once after `delay`.
+  [[nodiscard]] virtual std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task) = 0;
+  // Runs `task` after each `interval`, first after one interval. A run that is late is not made up
+  // for: the next is due at the following multiple of the interval.
+  [[nodiscard]] virtual std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task) = 0;
+
+  // What to do when the session, a signal or the scene's end asks the helper to terminate. The
+  // handler ends the loop with `stop`, now or later; without one the loop ends with status 0.
+  virtual void setTerminationHandler(Task handler) = 0;
+
+  // Serves the loop until `stop`, and returns the status given there.
+  virtual int run() = 0;
+  virtual void stop(int exitStatus) = 0;
+};
+
+}  // namespace kestro

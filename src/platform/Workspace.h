@@ -1,0 +1,38 @@
+// Running applications and screens. Main thread only; none of these calls asks another application.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Accessibility.h"
+#include "platform/Geometry.h"
+
+namespace kestro {
+
+// One running application, as it was when asked for. Absent fields are unknown to the platform.
+struct RunningApplication {
+  ProcessIdentifier processIdentifier = 0;
+  std::optional<std::string> bundleIdentifier;
+  std::optional<std::string> localizedName;
+  std::optional<std::string> executablePath;  // the whole path of the executable file
+  std::optional<std::string> bundlePath;
+};
+
+class Workspace {
+ public:
+  virtual ~Workspace() = default;
+
+  virtual std::optional<RunningApplication> frontmostApplication() = 0;
+  virtual std::optional<RunningApplication> runningApplication(ProcessIdentifier process) = 0;
+  // All running applications with exactly this bundle identifier, in the platform's order.
+  virtual std::vector<RunningApplication> runningApplications(
+      std::string_view bundleIdentifier) = 0;
+
+  // Frames of all attached screens, the main screen first, in screen coordinates (origin at the
+  // bottom left of the main screen, y upwards).
+  virtual std::vector<Rect> screens() = 0;
+};
+
+}  // namespace kestro

@@ -1,0 +1,32 @@
+// The operations of the product's database library that the helper uses. Main thread only.
+#pragma once
+
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace kestro {
+
+class Process;
+
+// Applications that the product knows by name.
+class ApplicationList {
+ public:
+  // Bundle identifiers of Chromium-based browsers.
+  static const std::set<std::string>& chromeBasedBrowserBundleIDs(Process& process);
+};
+
+// The text without characters that shape or order text but show nothing: formatting characters
+// (direction marks, zero-width joiners outside emoji, byte-order marks) and control characters other
+// than tab and line feed.
+std::string removingInvisibleControlCharacters(std::string_view text);
+
+// The single member of a list, absent when it has none or several.
+template <class List>
+auto only(const List& list) -> std::optional<typename List::value_type> {
+  if (list.size() != 1) return std::nullopt;
+  return *list.begin();
+}
+
+}  // namespace kestro

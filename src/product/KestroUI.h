@@ -1,0 +1,115 @@
+// The operations of the product's user-interface library that the helper uses: the tracking loop and
+// its protocols, the activity store, hints, and helpers for titles. Main thread only.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/Clock.h"
+#include "product/Activity.h"
+
+namespace kestro {
+
+class Process;
+
+// What the probe knows about its own success with accessibility.
+class InfoLoggerAccessibilityStatsProvider {
+ public:
+  virtual ~InfoLoggerAccessibilityStatsProvider() = default;
+
+  virtual std::int64_t numberOfTimesWeHaveSeenAlwaysIgnoredApplications() const = 0;
+  virtual std::optional<std::string> lastAlwaysIgnoredApplication() const = 0;
+  virtual bool hasEnteredAccessibilityBranchAtAll() const = 0;
+  virtual bool hasSuccessfullyFetchedAccessibilityApplication() const = 0;
+  virtual bool hasSuccessfullyFetchedAccessibilityWindow() const = 0;
+  virtual std::optional<Date> lastSuccessfulAccessibilityWindowFetch() const = 0;
+  virtual std::int64_t unsuccessfulWindowFetchesSinceLastSuccessful() const = 0;
+  virtual std::optional<std::string> lastApplicationWithoutWindow() const = 0;
+  // The platform's error code of the last failed request for a window; 1 before the first.
+  virtual std::int64_t lastWindowFetchError() const = 0;
+  virtual bool hasSuccessfullyUsedAccessibility() const = 0;
+};
+
+// Where the tracking loop gets its activities.
+class InfoLoggerExtractor {
+ public:
+  virtual ~InfoLoggerExtractor() = default;
+
+  // Absent when nothing is to be tracked now.
+  virtual std::optional<Activity> getCurrentActivity() = 0;
+  virtual void callInfoExtractorFor(Activity& activity) = 0;
+  virtual const std::set<std::string>& noAccessibilityApplicationBundleIdentifiers() = 0;
+  virtual const InfoLoggerAccessibilityStatsProvider& accessibilityStatsProvider() = 0;
+};
+
+// Told about every sampled activity, after its extractor ran.
+class InfoLoggerCallDetector {
+ public:
+  virtual ~InfoLoggerCallDetector() = default;
+  virtual void updateCallStatusForActivity(const Activity& activity) = 0;
+};
+
+// The tracking loop. Samples at once when tracking starts and then once per sampling interval (one
+// second, unless the product's conditions say otherwise), and hands each sample to the writer.
+class InfoLogger {
+ public:
+  explicit InfoLogger(Process& process);
+  ~InfoLogger();
+
+  // Neither is owned; both must outlive the loop or be replaced by null.
+  void setInfoExtractor(InfoLoggerExtractor* extractor);
+  void setCallDetector(InfoLoggerCallDetector* callDetector);
+
+  bool shouldTrack() const;
+  void setShouldTrack(bool shouldTrack);
+
+  // Ends sampling and writes what is held back. True when that goes on after the call and its end
+  // will be announced.
+  bool prepareForShutdown(bool isRelaunch);
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+// A piece of advice to the user, shown by the product when it sees fit.
+class Hint {
+ public:
+  static Hint advancedAccessibilityTrackingEnabled() {
+    return Hint("advancedAccessibilityTrackingEnabled");
+  }
+  void enqueueForNotification(Process& process) const;
+
+ private:
+  explicit Hint(std::string_view name) : name_(name) {}
+  std::string name_;
+};
+
+// The title without `prefixOrSuffix` where it stands at either end, joined to the rest by a
+// separator: a dash, bar, bullet, middle dot, colon or slash with white space around it, or white
+// space and a bracketed form. White space around what is compared and returned is trimmed. When the
+// whole title is that text: absent if `alsoRemoveIfFullString`, else the title.
+std::optional<std::string> removingTitlePrefixesAndSuffixes(std::string_view title,
+                                                            std::string_view prefixOrSuffix,
+                                                            bool alsoRemoveIfFullString);
+
+// The text without emoji and white space at its end. Digits and other characters that are ordinary
+// text unless an emoji sequence makes them emoji stay.
+std::string removingTrailingEmojiAndWhitespace(std::string_view text);
+
+// The first present result of `function` applied to the members of `list`, in order.
+template <class List, class Function>
+auto firstNonNil(const List& list, Function&& function)
+    -> decltype(function(*std::begin(list))) {
+  for (const auto& member : list) {
+    if (auto result = function(member)) return result;
+  }
+  return std::nullopt;
+}
+
+}  // namespace kestro
