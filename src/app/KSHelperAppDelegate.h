@@ -7,6 +7,8 @@
 
 namespace kestro {
 
+class KSInfoExtractor;
+
 class KSHelperAppDelegate final : public InfoLoggerExtractor {
  public:
   explicit KSHelperAppDelegate(Process& process);
@@ -27,6 +29,7 @@ class KSHelperAppDelegate final : public InfoLoggerExtractor {
   void applicationWillTerminate();
 
   Process& process_;
+  KSInfoExtractor& probe_;  // of the process; made with the delegate, before anything else
 };
 
 }  // namespace kestro

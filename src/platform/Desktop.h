@@ -1,5 +1,5 @@
-// A desktop that helper processes live on, one after the other. Each backend has one; only the entry
-// point and the test runner choose between them.
+// A desktop that helper processes live on, one after the other. Each backend has one; only the
+// entry point and the test runner choose between them.
 #pragma once
 
 #include <filesystem>

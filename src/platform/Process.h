@@ -1,6 +1,7 @@
 // One life of the helper process. Whatever is process-wide or read once (the registry, the lists,
-// once-read settings, statistics, compiled expressions, shared instances) is an object owned here, so
-// that a new life (a test, a relaunch inside a scene) starts with fresh memory. Main thread only.
+// once-read settings, statistics, compiled expressions, shared instances) is an object owned here,
+// so that a new life (a test, a relaunch inside a scene) starts with fresh memory. Main thread
+// only.
 #pragma once
 
 #include <memory>

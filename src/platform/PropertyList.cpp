@@ -32,7 +32,9 @@ void PropertyListDictionary::remove(std::string_view key) {
   std::erase_if(members_, [&](const PropertyListMember& member) { return member.key == key; });
 }
 
-bool PropertyListDictionary::empty() const { return members_.empty(); }
+bool PropertyListDictionary::empty() const {
+  return members_.empty();
+}
 
 std::vector<PropertyListMember>::const_iterator PropertyListDictionary::begin() const {
   return members_.begin();

@@ -56,8 +56,8 @@ class PropertyList {
 
   PropertyList(bool value) : value_(value) {}
   template <std::integral Integer>
-    requires(!std::same_as<Integer, bool>)
-  PropertyList(Integer value) : value_(static_cast<std::int64_t>(value)) {}
+  requires(!std::same_as<Integer, bool>) PropertyList(Integer value)
+      : value_(static_cast<std::int64_t>(value)) {}
   PropertyList(double value) : value_(value) {}
   PropertyList(std::string value) : value_(std::move(value)) {}
   PropertyList(std::string_view value) : value_(std::string(value)) {}

@@ -1,7 +1,7 @@
 // Regular expressions with the designed platform's semantics: ICU patterns with default options
-// (case-sensitive, ^ and $ at the ends of the whole text, \s \d \w by Unicode properties). Texts are
-// UTF-8; bytes that are not count as U+FFFD while matching. A match that would exhaust ICU's stack or
-// its time limit counts as no match.
+// (case-sensitive, ^ and $ at the ends of the whole text, \s \d \w by Unicode properties). Texts
+// are UTF-8; bytes that are not count as U+FFFD while matching. A match that would exhaust ICU's
+// stack or its time limit counts as no match.
 #pragma once
 
 #include <memory>

@@ -1,5 +1,5 @@
-// The main run loop: the one thread on which everything above the platform runs. In a scene its time
-// is virtual; live it also serves the desktop's sockets.
+// The main run loop: the one thread on which everything above the platform runs. In a scene its
+// time is virtual; live it also serves the desktop's sockets.
 #pragma once
 
 #include <functional>

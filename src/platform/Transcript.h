@@ -1,5 +1,5 @@
-// What the helper did, as events that someone outside the process could observe, in order. Kinds and
-// fields are described in docs/scenes.md.
+// What the helper did, as events that someone outside the process could observe, in order. Kinds
+// and fields are described in docs/scenes.md.
 #pragma once
 
 #include <string_view>

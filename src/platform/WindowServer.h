@@ -15,7 +15,7 @@ namespace kestro {
 struct WindowEntry {
   std::optional<ProcessIdentifier> ownerProcessIdentifier;
   std::optional<std::string> name;
-  std::optional<std::int64_t> layer;  // 0 is the layer of ordinary windows
+  std::optional<std::int64_t> layer;         // 0 is the layer of ordinary windows
   std::optional<std::int64_t> sharingState;  // 0: its content is not shared with other processes
   std::optional<Rect> bounds;
 };

@@ -1,0 +1,64 @@
+# Every target installs what it needs first, when it is missing (scripts/setup), and builds what has
+# changed. `make help` lists them.
+.DEFAULT_GOAL := help
+SCENE ?= scenes/demo-day.json
+FORMAT ?= text
+
+.PHONY: help run run-json live test live-test lint bench sanitize fuzz clean
+
+help:
+	@echo "make run        play the demo day: a line for every change, and a summary"
+	@echo "make run-json   the same day as JSON lines (docs/scenes.md)"
+	@echo "make live       run on this desktop, a line for every change; Ctrl-C ends it"
+	@echo "make test       all tests that need no display"
+	@echo "make live-test  real applications on a private headless desktop"
+	@echo "make lint       formatting and static checks"
+	@echo "make sanitize   the tests with the address and undefined-behaviour sanitizers"
+	@echo "make fuzz       every fuzz target for a minute"
+	@echo "make bench      what a sample costs"
+
+build/release/bin/KestroHelper: FORCE
+	@scripts/setup build test
+	@cmake --preset release >/dev/null
+	@cmake --build --preset release
+FORCE:
+
+run: build/release/bin/KestroHelper
+	@scripts/play $(SCENE)
+
+run-json: build/release/bin/KestroHelper
+	@KESTRO_SCENE=$(SCENE) KESTRO_TRANSCRIPT=- build/release/bin/KestroHelper
+
+live: build/release/bin/KestroHelper
+	@KESTRO_TRANSCRIPT=- KESTRO_TRANSCRIPT_FORMAT=text build/release/bin/KestroHelper
+
+test:
+	@scripts/setup build test
+	@cmake --preset debug >/dev/null
+	@cmake --build --preset debug
+	@ctest --preset debug -j2
+
+live-test: build/release/bin/KestroHelper
+	@scripts/setup live
+	@scripts/live-test
+
+lint:
+	@scripts/setup build test lint
+	@scripts/lint
+
+sanitize:
+	@scripts/setup build test
+	@cmake --preset sanitize >/dev/null
+	@cmake --build --preset sanitize
+	@ctest --preset sanitize -j2
+
+fuzz:
+	@scripts/setup build test fuzz
+	@scripts/fuzz
+
+bench: build/release/bin/KestroHelper
+	@scripts/setup live
+	@scripts/bench
+
+clean:
+	@rm -rf build

@@ -1,0 +1,23 @@
+// Elements and their subtrees as text, for diagnostics.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "extractors/AccessibilityElement.h"
+
+namespace kestro {
+
+enum class SummaryForm { brief, full };
+
+// One line of key='value' pairs; attributes that are absent or empty are left out. The full form
+// goes on with every further attribute that the element reports. About a dozen requests, and one
+// more for each further attribute.
+std::string attributeSummary(const AccessibilityElement& element, SummaryForm form);
+
+// The brief summaries of the element and its descendants down to `depth` levels below it, indented;
+// absent when `depth` is negative.
+std::optional<std::string> treeDescription(const AccessibilityElement& element, std::int64_t depth);
+
+}  // namespace kestro

@@ -1,0 +1,135 @@
+// The registry of extractors: one entry a bundle identifier, filled when the probe is made.
+#include "extractors/CatalystInfoExtractor.h"
+#include "extractors/PlaceholderInfoExtractor.h"
+#include "extractors/WebAreaTitleInfoExtractor.h"
+#include "extractors/WebAreaURLInfoExtractor.h"
+#include "platform/UserDefaults.h"
+#include "probe/KSInfoExtractor.h"
+
+namespace kestro {
+namespace {
+
+constexpr auto finalCut = placeholderFor("FinalCutInfoExtractor");
+constexpr auto firefox = placeholderFor("FirefoxInfoExtractor");
+constexpr auto safari = placeholderFor("SafariInfoExtractor");
+constexpr auto dia = placeholderFor("DiaInfoExtractor");
+constexpr auto chatGPTAtlas = placeholderFor("ChatGPTAtlasInfoExtractor");
+constexpr auto mailWriting = placeholderFor("MailWritingInfoExtractor");
+constexpr auto notes = placeholderFor("NotesInfoExtractor");
+constexpr auto slack = placeholderFor("SlackInfoExtractor");
+constexpr auto discord = placeholderFor("DiscordInfoExtractor");
+constexpr auto amazonChime = placeholderFor("AmazonChimeInfoExtractor");
+constexpr auto whatsApp = placeholderFor("WhatsAppInfoExtractor");
+constexpr auto signalMessenger = placeholderFor("SignalInfoExtractor");
+constexpr auto notion = placeholderFor("NotionInfoExtractor");
+constexpr auto microsoftTeams = placeholderFor("MicrosoftTeamsInfoExtractor");
+constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
+constexpr auto gitHubDesktop = placeholderFor("GitHubDesktopInfoExtractor");
+constexpr auto spark = placeholderFor("SparkInfoExtractor");
+constexpr auto chatGPT = placeholderFor("ChatGPTInfoExtractor");
+constexpr auto codex = placeholderFor("CodexInfoExtractor");
+constexpr auto cursor = placeholderFor("CursorInfoExtractor");
+constexpr auto claude = placeholderFor("ClaudeInfoExtractor");
+constexpr auto mimestream = placeholderFor("MimestreamInfoExtractor");
+constexpr auto logicPro = placeholderFor("LogicProInfoExtractor");
+constexpr auto chromeProfile = placeholderFor("ChromeProfileInfoExtractor");
+constexpr auto adobeProjectPath = placeholderFor("AdobeProjectPathInfoExtractor");
+
+struct Row {
+  const ExtractorClass* extractorClass;
+  std::vector<std::string_view> bundleIdentifiers;
+  // A preference that may name one more identifier; empty: none.
+  std::string_view extraIdentifierKey = {};
+};
+
+// In order of registration: a later entry replaces an earlier one for the same identifier.
+std::vector<Row> registryTable() {
+  return {
+      {&finalCut,
+       {"com.apple.FinalCut", "com.apple.FinalCutApp", "com.apple.FinalCutTrial",
+        "com.apple.FinalCutPro", "com.apple.FinalCutPro10"}},
+      {&firefox,
+       {"org.mozilla.firefox", "org.mozilla.firefoxdeveloperedition", "org.mozilla.nightly",
+        "org.mozilla.librewolf", "app.zen-browser.zen"},
+       "KSInfoExtractor_extraBundleIdentifier_firefox"},
+      {&safari,
+       {"com.apple.Safari", "com.apple.SafariTechnologyPreview"},
+       "KSInfoExtractor_extraBundleIdentifier_safari"},
+      {&dia, {"company.thebrowser.dia"}},
+      {&extractorClass<WebAreaURLInfoExtractor>,
+       {"org.getstation.DesktopApp", "com.stack-beta.io", "com.shift.browser"},
+       "KSInfoExtractor_extraBundleIdentifier_webAreaURL"},
+      {&chatGPTAtlas, {"com.openai.atlas"}},
+      {&mailWriting, {"com.apple.mail"}},
+      {&notes, {"com.apple.Notes"}},
+      {&slack, {"com.tinyspeck.slackmacgap"}},
+      {&discord, {"com.hnc.Discord"}},
+      {&amazonChime, {"com.amazon.Amazon-Chime"}},
+      {&whatsApp, {"WhatsApp", "desktop.WhatsApp", "net.whatsapp.WhatsApp"}},
+      {&signalMessenger, {"org.whispersystems.signal-desktop"}},
+      {&notion, {"notion.id"}},
+      {&microsoftTeams, {"com.microsoft.teams", "com.microsoft.teams2"}},
+      {&newOutlook, {"com.microsoft.Outlook"}},
+      {&gitHubDesktop, {"com.github.GitHubClient"}},
+      {&spark, {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
+      {&chatGPT, {"com.openai.chat"}},
+      {&codex, {"com.openai.codex"}},
+      {&cursor, {"com.todesktop.230313mzl4w4u92"}},
+      {&claude, {"com.anthropic.claudefordesktop"}},
+      {&mimestream, {"com.mimestream.Mimestream"}},
+      {&logicPro, {"com.apple.logic10"}},
+      {&extractorClass<WebAreaTitleInfoExtractor>,
+       {"com.canva.CanvaDesktop", "com.superhuman.electron", "io.productive"},
+       "KSInfoExtractor_extraBundleIdentifier_webAreaTitle"},
+      {&chromeProfile,
+       {"com.google.Chrome", "com.google.Chrome.canary", "com.google.Chrome.beta",
+        "com.google.Chrome.dev", "org.chromium.Chromium"}},
+      // Premiere Pro has a bundle identifier a major version.
+      {&adobeProjectPath,
+       {"com.adobe.PremierePro.10", "com.adobe.PremierePro.11", "com.adobe.PremierePro.12",
+        "com.adobe.PremierePro.13", "com.adobe.PremierePro.14", "com.adobe.PremierePro.15",
+        "com.adobe.PremierePro.16", "com.adobe.PremierePro.17", "com.adobe.PremierePro.18",
+        "com.adobe.PremierePro.19", "com.adobe.PremierePro.20", "com.adobe.PremierePro.21",
+        "com.adobe.PremierePro.22", "com.adobe.PremierePro.23", "com.adobe.PremierePro.24",
+        "com.adobe.PremierePro.25", "com.adobe.PremierePro.26", "com.adobe.PremierePro.27",
+        "com.adobe.PremierePro.28", "com.adobe.PremierePro.29", "com.adobe.AfterEffects"}},
+  };
+}
+
+}  // namespace
+
+void KSInfoExtractor::registerExtractors() {
+  const UserDefaults& defaults = process_.platform().defaults.standard();
+  for (const Row& row : registryTable()) {
+    for (const std::string_view bundleIdentifier : row.bundleIdentifiers) {
+      addApplicationInfoExtractor(row.extractorClass, bundleIdentifier);
+    }
+    if (row.extraIdentifierKey.empty()) continue;
+    const auto extraIdentifier = defaults.string(row.extraIdentifierKey);
+    if (extraIdentifier) addApplicationInfoExtractor(row.extractorClass, *extraIdentifier);
+  }
+}
+
+void KSInfoExtractor::addApplicationInfoExtractor(const ExtractorClass* extractorClass,
+                                                  std::string_view bundleIdentifier) {
+  if (!extractorClass || bundleIdentifier.empty()) return;
+  registry_.insert_or_assign(std::string(bundleIdentifier), extractorClass);
+}
+
+const ExtractorClass* KSInfoExtractor::registeredApplicationInfoExtractorForBundleIdentifier(
+    const std::optional<std::string>& bundleIdentifier) const {
+  if (!bundleIdentifier) return nullptr;
+  const auto found = registry_.find(*bundleIdentifier);
+  return found == registry_.end() ? nullptr : found->second;
+}
+
+void KSInfoExtractor::callInfoExtractorForActivity(Activity& activity) {
+  const auto& bundleIdentifier = activity.applicationBundleIdentifier();
+  if (!bundleIdentifier) return;
+  const auto* registered = registeredApplicationInfoExtractorForBundleIdentifier(bundleIdentifier);
+  const ExtractorClass& extractor =
+      registered ? *registered : extractorClass<CatalystInfoExtractor>;
+  extractor.sharedExtractor(process_).writeDetailsForActivity(activity);
+}
+
+}  // namespace kestro
