@@ -5,18 +5,3 @@
 //   KESTRO_TRANSCRIPT          a file, or - for standard output
 //   KESTRO_TRANSCRIPT_FORMAT   "json" (default) or "text"
 //   KESTRO_DATA_DIR            where the product keeps its database and files
-#include <cstdlib>
-#include <fstream>
-#include <iostream>
-
-#include "app/runHelper.h"
-
-namespace kestro {
-namespace {
-
-constexpr int usageError = 2;
-
-}  // namespace
-}  // namespace kestro
-
-int main() { return kestro::usageError; }
