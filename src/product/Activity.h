@@ -1,4 +1,5 @@
-// The activity record: what the user is doing, as sampled once and exchanged with the tracking loop.
+// The activity record: what the user is doing, as sampled once and exchanged with the tracking
+// loop.
 #pragma once
 
 #include <optional>

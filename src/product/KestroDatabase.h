@@ -18,8 +18,8 @@ class ApplicationList {
 };
 
 // The text without characters that shape or order text but show nothing: formatting characters
-// (direction marks, zero-width joiners outside emoji, byte-order marks) and control characters other
-// than tab and line feed.
+// (direction marks, zero-width joiners outside emoji, byte-order marks) and control characters
+// other than tab and line feed.
 std::string removingInvisibleControlCharacters(std::string_view text);
 
 // The single member of a list, absent when it has none or several.

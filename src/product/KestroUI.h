@@ -1,8 +1,9 @@
-// The operations of the product's user-interface library that the helper uses: the tracking loop and
-// its protocols, the activity store, hints, and helpers for titles. Main thread only.
+// The operations of the product's user-interface library that the helper uses: the tracking loop
+// and its protocols, the activity store, hints, and helpers for titles. Main thread only.
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <set>
@@ -12,6 +13,8 @@
 
 #include "platform/Clock.h"
 #include "product/Activity.h"
+#include "product/ActivityWriter.h"
+#include "product/DatabaseWrapper.h"
 
 namespace kestro {
 
@@ -104,8 +107,7 @@ std::string removingTrailingEmojiAndWhitespace(std::string_view text);
 
 // The first present result of `function` applied to the members of `list`, in order.
 template <class List, class Function>
-auto firstNonNil(const List& list, Function&& function)
-    -> decltype(function(*std::begin(list))) {
+auto firstNonNil(const List& list, Function&& function) -> decltype(function(*std::begin(list))) {
   for (const auto& member : list) {
     if (auto result = function(member)) return result;
   }
