@@ -15,7 +15,7 @@ void AtspiApplications::startGeneration() {
   if (connectionNumber_ != connection_.connectionNumber()) {
     roots_.clear();
     processes_.clear();
-    windowRelative_.clear();
+    toolkits_.clear();
     connectionNumber_ = connection_.connectionNumber();
   }
   const std::uint64_t generation = generation_.current();
@@ -80,20 +80,22 @@ void AtspiApplications::readProcesses(const std::vector<AtspiObject>& roots) {
   processes_ = std::move(known);
 }
 
-bool AtspiApplications::hasWindowRelativeExtents(const AtspiObject& object) {
-  const auto known = windowRelative_.find(object.busName);
-  if (known != windowRelative_.end()) return known->second;
-  const AtspiObject root{object.busName, atspiRootPath};
-  const auto toolkit = reader_.toolkitName(root);
-  if (!toolkit.value) return false;
-  bool isRelative = false;
-  if (*toolkit.value == "GTK" || *toolkit.value == "gtk") {
-    const auto version = reader_.toolkitVersion(root);
-    if (!version.value) return false;
-    isRelative = version.value->starts_with("4.");
-  }
-  windowRelative_[object.busName] = isRelative;
-  return isRelative;
+AtspiToolkit AtspiApplications::toolkit(const AtspiObject& object) {
+  const auto known = toolkits_.find(object.busName);
+  if (known != toolkits_.end()) return known->second;
+  const auto toolkit = readToolkit({object.busName, atspiRootPath});
+  if (toolkit) toolkits_[object.busName] = *toolkit;
+  return toolkit.value_or(AtspiToolkit::other);
+}
+
+std::optional<AtspiToolkit> AtspiApplications::readToolkit(const AtspiObject& root) {
+  const auto name = reader_.toolkitName(root);
+  if (!name.value) return std::nullopt;
+  if (*name.value == "Chromium") return AtspiToolkit::chromium;
+  if (*name.value != "GTK" && *name.value != "gtk") return AtspiToolkit::other;
+  const auto version = reader_.toolkitVersion(root);
+  if (!version.value) return std::nullopt;
+  return version.value->starts_with("4.") ? AtspiToolkit::gtk4 : AtspiToolkit::other;
 }
 
 }  // namespace kestro

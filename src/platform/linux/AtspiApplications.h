@@ -10,6 +10,9 @@
 
 namespace kestro {
 
+// Toolkits that need to be known because they answer unlike the others.
+enum class AtspiToolkit { other, gtk4, chromium };
+
 class AtspiApplications {
  public:
   AtspiApplications(AtspiConnection& connection, AtspiReader& reader, SampleGeneration& generation)
@@ -21,12 +24,15 @@ class AtspiApplications {
   // Call when the root has turned out to be gone: the process may have another by now.
   void forget(ProcessIdentifier process);
 
-  // Whether the toolkit counts extents from the window's origin and not the screen's (GTK 4). Two
-  // requests for an application that is asked about first.
-  bool hasWindowRelativeExtents(const AtspiObject& object);
+  // At most two requests for an application that is asked about first, none later.
+  AtspiToolkit toolkit(const AtspiObject& object);
+
+  // What is remembered under names of the bus is worth nothing once this number has changed.
+  std::uint64_t connectionNumber() const { return connection_.connectionNumber(); }
 
  private:
   void startGeneration();
+  std::optional<AtspiToolkit> readToolkit(const AtspiObject& root);
   void findRoots();
   void readProcesses(const std::vector<AtspiObject>& roots);
 
@@ -39,7 +45,7 @@ class AtspiApplications {
   std::map<ProcessIdentifier, bool> stopped_;  // in this generation
   std::map<ProcessIdentifier, AtspiObject> roots_;
   std::map<std::string, ProcessIdentifier> processes_;  // by unique bus name
-  std::map<std::string, bool> windowRelative_;          // by unique bus name
+  std::map<std::string, AtspiToolkit> toolkits_;        // by unique bus name
 };
 
 }  // namespace kestro

@@ -40,12 +40,23 @@ AccessibleWindow AtspiWindows::accessibleWindow(const AtspiObject& object) {
 std::optional<AtspiObject> AtspiWindows::match(const std::vector<AtspiObject>& objects,
                                                const X11Window& window) {
   if (objects.size() == 1) return objects.front();
+  if (auto known = lastMatch(objects, window)) return known;
   reader_.prefetchForMatching(objects);
   std::vector<AccessibleWindow> candidates;
   for (const AtspiObject& object : objects)
     candidates.push_back(accessibleWindow(object));
   const auto best = bestMatch(candidates, window);
   return best ? std::optional(objects[*best]) : std::nullopt;
+}
+
+// A match holds as long as the title, which is read in every sample, still fits.
+std::optional<AtspiObject> AtspiWindows::lastMatch(const std::vector<AtspiObject>& objects,
+                                                   const X11Window& window) {
+  const bool isKnown =
+      lastWindow_ == window.identifier && std::ranges::find(objects, lastObject_) != objects.end();
+  if (!isKnown) return std::nullopt;
+  const AccessibleWindow named{reader_.name(lastObject_).value, std::nullopt};
+  return matchScore(named, window) > 0 ? std::optional(lastObject_) : std::nullopt;
 }
 
 AccessibilityResult<AtspiObject> AtspiWindows::mainWindow(ProcessIdentifier process) {
@@ -56,6 +67,8 @@ AccessibilityResult<AtspiObject> AtspiWindows::mainWindow(ProcessIdentifier proc
   const auto found = match(*objects.value, *window);
   if (!found) return AccessibilityError::noValue;
   matches()[*found] = window->identifier;
+  lastWindow_ = window->identifier;
+  lastObject_ = *found;
   // Chromium shows its tree only to someone who has asked its window for attributes. Every sample
   // reads them for the window's identifier anyway.
   reader_.attributes(*found);

@@ -36,6 +36,8 @@ class AtspiWindows {
   AccessibleWindow accessibleWindow(const AtspiObject& object);
   std::optional<AtspiObject> match(const std::vector<AtspiObject>& objects,
                                    const X11Window& window);
+  std::optional<AtspiObject> lastMatch(const std::vector<AtspiObject>& objects,
+                                       const X11Window& window);
   const X11Window* findWindowOf(const AtspiObject& object, ProcessIdentifier process);
   std::map<AtspiObject, X11WindowIdentifier>& matches();
 
@@ -45,6 +47,9 @@ class AtspiWindows {
   SampleGeneration& generation_;
   std::map<AtspiObject, X11WindowIdentifier> matches_;  // in this generation; 0: none
   std::uint64_t matchedIn_ = 0;
+  // The main window's match of an earlier sample, to be tried first.
+  X11WindowIdentifier lastWindow_ = 0;
+  AtspiObject lastObject_;
 };
 
 }  // namespace kestro

@@ -1,6 +1,7 @@
 // The accessibility interface's attributes of AT-SPI objects. Main thread only.
 #pragma once
 
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -24,7 +25,7 @@ class ElementAttributes {
   AccessibilityResult<std::vector<std::string>> names(const AtspiElement& element);
   // Of lists of elements, without reading them where that can be.
   AccessibilityResult<std::int64_t> count(const AtspiElement& element, std::string_view attribute);
-  // `windowRelative` extents made root coordinates where the toolkit needs it, and back.
+  // What is to be added to a toolkit's coordinates to have root coordinates.
   Point windowOffset(const AtspiElement& element);
 
  private:
@@ -71,6 +72,7 @@ class ElementAttributes {
   Result objectAttribute(const AtspiElement& element, std::string_view name);
   Result valueOfRole(const AtspiElement& element, AtspiRole role);
   bool isNamedByDescription(const AtspiElement& element);
+  std::string viewClass(const AtspiObject& object);
   AccessibilityResult<std::string> pageAddress(const AtspiObject& document);
   AccessibilityResult<Rect> bounds(const AtspiElement& element);
   Result elements(const AtspiElement& owner, const std::vector<AtspiObject>& objects) const;
@@ -78,6 +80,8 @@ class ElementAttributes {
   AtspiWindows& windows_;
   AtspiApplications& applications_;
   AtspiReader& reader_;
+  std::map<AtspiObject, std::string> viewClasses_;  // a view's class never changes
+  std::uint64_t viewClassesOf_ = 0;
 };
 
 }  // namespace kestro

@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxAccessibility.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "platform/linux/ScreenCoordinates.h"
@@ -182,7 +183,8 @@ AccessibilityResult<AttributeValue> LinuxAccessibility::rootText(
 AccessibilityResult<AttributeValue> LinuxAccessibility::isEnhanced(ProcessIdentifier process) {
   const auto root = applications_.root(process);
   if (!root.value) return root.error;
-  return AttributeValue(enhanced_.contains(root.value->busName) && status_.isEnabled());
+  return AttributeValue(enhanced_.contains({connection_.connectionNumber(), root.value->busName}) &&
+                        status_.isEnabled());
 }
 
 // Applications make their trees when the session says that something reads them; Chromium when,
@@ -195,7 +197,7 @@ AccessibilityError LinuxAccessibility::enhance(ProcessIdentifier process, bool i
   const auto attributes = reader_.attributes(*root.value);
   if (!attributes.value) return attributes.error;
   if (enhanced_.size() > 256) enhanced_.clear();
-  enhanced_.insert(root.value->busName);
+  enhanced_.emplace(connection_.connectionNumber(), root.value->busName);
   return AccessibilityError::success;
 }
 

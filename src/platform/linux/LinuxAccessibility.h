@@ -4,6 +4,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 
 #include "platform/Accessibility.h"
 #include "platform/linux/ElementAttributes.h"
@@ -70,7 +71,8 @@ class LinuxAccessibility final : public Accessibility {
   AtspiApplications applications_;
   AtspiWindows windows_;
   ElementAttributes attributes_;
-  std::set<std::string> enhanced_;  // unique bus names
+  // Unique bus names, with the number of the connection on which they are unique.
+  std::set<std::pair<std::uint64_t, std::string>> enhanced_;
 };
 
 }  // namespace kestro
