@@ -86,9 +86,10 @@ class Helper {
     if (const auto* error = std::get_if<SceneError>(&loaded)) return refuse(error->message);
     auto& scene = std::get<Scene>(loaded);
     auto options = desktopOptions(scene.start, scene.timeZone);
-    const auto desktop =
-        makeSceneDesktop(std::move(scene), std::move(options), settings_.sceneSpeed);
-    return runHelper(*desktop);
+    const auto made =
+        makeSceneDesktop(std::move(scene), std::move(options), {settings_.sceneSpeed});
+    if (const auto* error = std::get_if<SceneError>(&made)) return refuse(error->message);
+    return runHelper(*std::get<std::unique_ptr<Desktop>>(made));
   }
 
   int runLive() {
