@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <system_error>
 
 #include "app/runHelper.h"
 #include "platform/TimeZone.h"
@@ -86,10 +87,9 @@ class Helper {
     if (const auto* error = std::get_if<SceneError>(&loaded)) return refuse(error->message);
     auto& scene = std::get<Scene>(loaded);
     auto options = desktopOptions(scene.start, scene.timeZone);
-    const auto made =
-        makeSceneDesktop(std::move(scene), std::move(options), {settings_.sceneSpeed});
-    if (const auto* error = std::get_if<SceneError>(&made)) return refuse(error->message);
-    return runHelper(*std::get<std::unique_ptr<Desktop>>(made));
+    const auto desktop =
+        makeSceneDesktop(std::move(scene), std::move(options), settings_.sceneSpeed);
+    return runHelper(*desktop);
   }
 
   int runLive() {
@@ -120,7 +120,11 @@ class Helper {
 int main(int argumentCount, char** arguments) {
   auto settings = kestro::readSettings();
   if (const auto* reason = std::get_if<std::string>(&settings)) return kestro::refuse(*reason);
-  return kestro::Helper(std::get<kestro::Settings>(std::move(settings)),
-                        {arguments + 1, arguments + argumentCount})
-      .run();
+  kestro::Helper helper(std::get<kestro::Settings>(std::move(settings)),
+                        {arguments + 1, arguments + argumentCount});
+  try {
+    return helper.run();
+  } catch (const std::system_error& failure) {  // a data directory that cannot be made
+    return kestro::refuse(failure.what());
+  }
 }
