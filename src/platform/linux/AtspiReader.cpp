@@ -251,6 +251,7 @@ void AtspiReader::prefetchForMatching(const std::vector<AtspiObject>& windows) {
 
 void AtspiReader::prefetchRoles(const std::vector<AtspiObject>& objects) {
   std::vector<MessagePointer> requests;
+  requests.reserve(objects.size());
   for (const AtspiObject& object : objects) {
     requests.push_back(connection_.request(object, accessible, "GetRole"));
   }

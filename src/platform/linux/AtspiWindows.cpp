@@ -42,6 +42,7 @@ std::optional<AtspiObject> AtspiWindows::match(const std::vector<AtspiObject>& o
   if (auto known = lastMatch(objects, window)) return known;
   reader_.prefetchForMatching(objects);
   std::vector<AccessibleWindow> candidates;
+  candidates.reserve(objects.size());
   for (const AtspiObject& object : objects)
     candidates.push_back(accessibleWindow(object));
   const auto best = bestMatch(candidates, window);
