@@ -3,7 +3,6 @@
 .DEFAULT_GOAL := help
 SCENE ?= scenes/demo-day.json
 
-
 .PHONY: help programs run run-json live test live-test lint bench sanitize fuzz clean
 
 help:
@@ -17,11 +16,11 @@ help:
 	@echo "make fuzz       every fuzz target for a minute"
 	@echo "make bench      what a sample costs"
 
-# What people run, without the tests.
+# What people run, without the tests. Only what they print themselves goes to standard output.
 programs:
-	@scripts/setup build test
+	@scripts/setup build test >&2
 	@cmake --preset release >/dev/null
-	@cmake --build --preset release --target KestroHelper KestroReport
+	@cmake --build --preset release --target KestroHelper KestroReport >&2
 
 run: programs
 	@scripts/play $(SCENE)
