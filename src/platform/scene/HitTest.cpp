@@ -1,6 +1,5 @@
 #include "platform/scene/HitTest.h"
 
-#include <ranges>
 #include <set>
 
 namespace kestro {
@@ -24,8 +23,9 @@ class HitTest {
     if (!visited_.insert(index).second) return std::nullopt;
     const SceneElement& element = state_.elements[index];
     if (element.contents.children) {
-      for (const UIElement& child : *element.contents.children | std::views::reverse) {
-        if (const auto found = find(elementIndex(child))) return found;
+      const std::vector<UIElement>& children = *element.contents.children;
+      for (auto child = children.rbegin(); child != children.rend(); ++child) {
+        if (const auto found = find(elementIndex(*child))) return found;
       }
     }
     return holds(element, point_) ? std::optional(index) : std::nullopt;

@@ -10,9 +10,9 @@ Date::duration sinceStart(Seconds time) {
 }
 
 // The command line's arguments win over the scene's.
-std::vector<std::string> chooseArguments(std::vector<std::string> commandLine,
-                                         const std::vector<std::string>& scripted) {
-  return commandLine.empty() ? scripted : std::move(commandLine);
+const std::vector<std::string>& chooseArguments(const std::vector<std::string>& commandLine,
+                                                const std::vector<std::string>& scripted) {
+  return commandLine.empty() ? scripted : commandLine;
 }
 
 SceneDesktopResult makeDesktop(std::variant<Scene, SceneError> loaded, DesktopOptions options,
@@ -50,7 +50,7 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
                 log_,
                 transcript_,
                 scene_.bundle,
-                chooseArguments(std::move(options.arguments), scene_.arguments),
+                chooseArguments(options.arguments, scene_.arguments),
                 state_.system.languages,
                 dataDirectory_.path(),
                 state_.product} {}

@@ -21,12 +21,12 @@ constexpr double latestEnd = 1e8;
 constexpr Seconds timeAfterLastStep{1};
 constexpr std::string_view usualStart = "2026-03-02T09:00:00Z";
 
-constexpr std::array<std::string_view, 22> topLevelKeys{
-    "description", "about",       "start",      "timeZone",  "end",
-    "arguments",   "random",      "system",     "bundle",    "defaults",
-    "suites",      "product",     "files",      "installed", "helperPreferences",
-    "frontmost",   "windows",     "assertions", "processes", "mainAppPreferences",
-    "steps",       "applications"};
+constexpr auto topLevelKeys = std::to_array<std::string_view>(
+    {"description", "about",       "start",      "timeZone",  "end",
+     "arguments",   "random",      "system",     "bundle",    "defaults",
+     "suites",      "product",     "files",      "installed", "helperPreferences",
+     "frontmost",   "windows",     "assertions", "processes", "mainAppPreferences",
+     "steps",       "applications"});
 
 MainBundle ordinaryBundle() {
   const std::string path = "/Applications/Kestro.app/Contents/Library/LoginItems/KestroHelper.app";

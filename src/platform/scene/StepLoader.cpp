@@ -15,15 +15,14 @@ namespace {
 constexpr double latestTime = 1e8;
 
 // Verbs of the format for parts of the program that do not exist yet.
-constexpr std::array<std::string_view, 22> laterVerbs{
-    "fileEvents",        "watcher",       "openMenu", "closeMenu",           "click",
-    "shortcut",          "answerAlert",   "editor",   "pauseCommand",        "resumeCommand",
-    "openURL",           "relaunch",      "post",     "themeChanged",        "spaceChanged",
-    "appearanceChanged", "flushFinished", "sync",     "notificationResponse"};
+constexpr auto laterVerbs = std::to_array<std::string_view>(
+    {"fileEvents", "watcher", "openMenu", "closeMenu", "click", "shortcut", "answerAlert", "editor",
+     "pauseCommand", "resumeCommand", "openURL", "relaunch", "post", "themeChanged", "spaceChanged",
+     "appearanceChanged", "flushFinished", "sync", "notificationResponse"});
 
 struct TimedStep {
   double at;
-  JsonNode node;
+  std::size_t index;  // in the list of steps
 };
 
 double loadTime(const JsonNode& step) {
@@ -35,11 +34,10 @@ double loadTime(const JsonNode& step) {
 
 std::vector<TimedStep> inOrderOfTime(const JsonNode& node) {
   std::vector<TimedStep> steps;
-  node.expectList();
-  for (std::size_t index = 0; index < node.size(); ++index) {
-    const JsonNode step = node.item(index);
-    steps.push_back({loadTime(step.expectObject()), step});
-  }
+  node.forEachItem([&](const JsonNode& step) {
+    steps.push_back({loadTime(step.expectObject()), steps.size()});
+  });
+  std::ranges::stable_sort(steps, {}, &TimedStep::at);
   return steps;
 }
 
@@ -78,14 +76,8 @@ StepLoader::StepLoader(SceneState& state, ElementLoader& elements)
 
 std::vector<SceneStep> StepLoader::load(const JsonNode& node) {
   std::vector<SceneStep> steps;
-  auto timed = inOrderOfTime(node);
-  std::vector<std::size_t> order(timed.size());
-  for (std::size_t index = 0; index < order.size(); ++index) {
-    order[index] = index;
-  }
-  std::ranges::stable_sort(order, {}, [&](std::size_t index) { return timed[index].at; });
-  for (const std::size_t index : order) {
-    steps.push_back({Seconds(timed[index].at), loadEvent(timed[index].node)});
+  for (const TimedStep& step : inOrderOfTime(node)) {
+    steps.push_back({Seconds(step.at), loadEvent(node.item(step.index))});
   }
   return steps;
 }
