@@ -48,8 +48,8 @@ class TitleReader {
 
  private:
   xcb_atom_t atom(std::string_view name) const {
-    const auto cookie = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()),
-                                        name.data());
+    const auto cookie =
+        xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
     const std::unique_ptr<xcb_intern_atom_reply_t, ReplyDeleter> found(
         xcb_intern_atom_reply(connection_, cookie, nullptr));
     return found ? found->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
