@@ -63,12 +63,13 @@ TEST_F(AccessibilityElementTest, followsFirstChildrenOnly) {
                      {"deep", 3, "deep"},
                      {"deep", 2, "none"},
                      {"b", 9, "none"}};
-  for (const auto& [wanted, depth, found] : cases) {
+  for (const auto& [wantedId, depth, found] : cases) {
+    const AccessibilityElement wanted = element(wantedId);
     const auto isWanted = [&](const AccessibilityElement& candidate) {
-      return candidate == element(wanted);
+      return candidate == wanted;
     };
     EXPECT_EQ(idOf(element("root").firstAlongFirstChildren(depth, isWanted)), found)
-        << wanted << " " << depth;
+        << wantedId << " " << depth;
   }
 }
 
@@ -173,8 +174,8 @@ TEST(AccessibilityDescription, describesSubtreesToADepth) {
 
 TEST(Box, sharesItsValue) {
   const Box<int> box(3);
-  const Box<int> copy = box;
-  copy.value() = 4;
+  const auto capturing = [box] { box.value() = 4; };
+  capturing();
   EXPECT_EQ(box.description(), "Box(4)");
   EXPECT_EQ(box, Box<int>(4));
   EXPECT_EQ(std::hash<Box<int>>{}(box), std::hash<int>{}(4));

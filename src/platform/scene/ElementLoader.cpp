@@ -132,6 +132,8 @@ SceneElementContents ElementLoader::loadContents(const JsonNode& node, ElementIn
   if (const auto actions = node.find("actions")) contents.actions = loadActions(*actions);
   if (const auto hitTest = node.find("hitTest")) {
     contents.hitTest = loadAnswer(*hitTest, element, extended(path, "hitTest"));
+    const auto& hit = contents.hitTest->result.value;
+    if (hit && !hit->get<UIElement>()) hitTest->failExpecting("an element, null or an error");
   }
   return contents;
 }

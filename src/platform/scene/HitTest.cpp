@@ -18,30 +18,38 @@ class HitTest {
   HitTest(const SceneState& state, Point point) : state_(state), point_(point) {}
 
   // Children need not lie within their parent: a menu hangs off its button.
-  std::optional<ElementIndex> find(ElementIndex index) {
+  void visit(ElementIndex index, std::size_t depth) {
     // A list of children may lead back to where it came from.
-    if (!visited_.insert(index).second) return std::nullopt;
+    if (!visited_.insert(index).second) return;
     const SceneElement& element = state_.elements[index];
-    if (element.contents.children) {
-      const std::vector<UIElement>& children = *element.contents.children;
-      for (auto child = children.rbegin(); child != children.rend(); ++child) {
-        if (const auto found = find(elementIndex(*child))) return found;
-      }
+    // Of equally deep ones the later is in front.
+    if (holds(element, point_) && (!found_ || depth >= depthOfFound_)) {
+      found_ = index;
+      depthOfFound_ = depth;
     }
-    return holds(element, point_) ? std::optional(index) : std::nullopt;
+    if (!element.contents.children) return;
+    for (const UIElement& child : *element.contents.children) {
+      visit(elementIndex(child), depth + 1);
+    }
   }
+
+  std::optional<ElementIndex> found() const { return found_; }
 
  private:
   const SceneState& state_;
   Point point_;
   std::set<ElementIndex> visited_;
+  std::optional<ElementIndex> found_;
+  std::size_t depthOfFound_ = 0;
 };
 
 }  // namespace
 
 std::optional<ElementIndex> elementAtPoint(const SceneState& state, ElementIndex root,
                                            Point point) {
-  return HitTest(state, point).find(root);
+  HitTest hitTest(state, point);
+  hitTest.visit(root, 0);
+  return hitTest.found();
 }
 
 }  // namespace kestro

@@ -23,7 +23,7 @@ void expectTexts(const JsonNode& node) {
 }
 
 void expectInterval(const JsonNode& node) {
-  constexpr double shortestInterval = 0.001;
+  constexpr double shortestInterval = 0.01;  // as the tracking loop takes it
   node.number({shortestInterval, longestTime});
 }
 
@@ -76,8 +76,7 @@ SceneFile loadFile(const JsonNode& node) {
   return SceneDirectory{};
 }
 
-SceneAssertions loadAssertionsOfProcess(const JsonNode& node) {
-  if (node.isObject()) return node.expectKeys({"error"}).member("error").integer();
+PropertyListArray loadAssertionsOfProcess(const JsonNode& node) {
   PropertyListArray assertions;
   node.forEachItem(
       [&](const JsonNode& assertion) { assertions.emplace_back(loadDictionary(assertion)); });
@@ -156,8 +155,9 @@ std::map<std::string, SceneFile, std::less<>> loadFiles(const JsonNode& node) {
   return files;
 }
 
-std::map<ProcessIdentifier, SceneAssertions> loadAssertions(const JsonNode& node) {
-  std::map<ProcessIdentifier, SceneAssertions> assertions;
+SceneAssertions loadAssertions(const JsonNode& node) {
+  if (isBox(node, "error")) return node.member("error").integer();
+  std::map<ProcessIdentifier, PropertyListArray> assertions;
   node.forEachMember([&](const std::string& process, const JsonNode& value) {
     assertions.insert_or_assign(parseProcessIdentifier(process, value),
                                 loadAssertionsOfProcess(value));

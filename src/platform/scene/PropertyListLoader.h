@@ -24,6 +24,6 @@ PropertyListChanges loadProductChanges(const JsonNode& node);
 // By path.
 std::map<std::string, SceneFile, std::less<>> loadFiles(const JsonNode& node);
 // By process identifier, as text.
-std::map<ProcessIdentifier, SceneAssertions> loadAssertions(const JsonNode& node);
+SceneAssertions loadAssertions(const JsonNode& node);
 
 }  // namespace kestro

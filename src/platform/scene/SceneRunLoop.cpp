@@ -85,9 +85,11 @@ int SceneRunLoop::run() {
 }
 
 void SceneRunLoop::serveOne() {
+  const bool hasEvent = nextEvent_ < events_.size();
+  // What has happened on the desktop by now comes before anything that the helper does now.
+  if (hasEvent && events_[nextEvent_].due <= clock_.now()) return runScripted();
   if (!posted_.empty()) return runPosted();
   dropCancelledTimers();
-  const bool hasEvent = nextEvent_ < events_.size();
   if (timers_.empty() && !hasEvent) return stop(overdueStatus);
   if (hasEvent && (timers_.empty() || events_[nextEvent_].due <= timers_.begin()->first.first)) {
     return runScripted();

@@ -33,8 +33,8 @@ struct ScenePropertyListFile {
 };
 using SceneFile = std::variant<SceneText, ScenePropertyListFile, Data, SceneDirectory>;
 
-// A list of assertion dictionaries, or the code with which asking for them fails.
-using SceneAssertions = std::variant<PropertyListArray, std::int64_t>;
+// The assertion dictionaries of each process, or the code with which asking for them fails.
+using SceneAssertions = std::variant<std::map<ProcessIdentifier, PropertyListArray>, std::int64_t>;
 
 struct SceneSystem {
   std::string version = "15.3.1";
@@ -59,7 +59,7 @@ struct SceneState {
   std::map<std::string, ScenePreferences, std::less<>> suites;
   PropertyListDictionary product;
   std::map<std::string, SceneFile, std::less<>> files;
-  std::map<ProcessIdentifier, SceneAssertions> assertions;
+  SceneAssertions assertions;
 
   // The running application with this process identifier, or null.
   SceneApplication* runningApplication(ProcessIdentifier process);

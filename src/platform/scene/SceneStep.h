@@ -58,7 +58,7 @@ struct RemoveFileStep {
   std::string path;
 };
 struct AssertionsStep {
-  std::map<ProcessIdentifier, SceneAssertions> assertions;
+  SceneAssertions assertions;
 };
 struct RequestTerminationStep {};
 struct RestartStep {
