@@ -92,7 +92,8 @@ void ActivityWriter::State::close(Instant time) {
   // When the clock went back, `time` says nothing about when the row ended.
   if (time >= lastSample && time < row.end) setEnd(row, std::max(time, row.start));
   if (isLatest) latestEnd = row.end;
-  if (row.isUnsaved && !row.identifier && row.start == row.end) rows.pop_back();
+  const bool isEmpty = !row.identifier && row.start == row.end;
+  if (isEmpty || !row.isUnsaved) rows.pop_back();
 }
 
 // Asks the table, which then has to hold every row.
