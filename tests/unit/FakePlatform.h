@@ -27,12 +27,12 @@ class ManualRunLoop final : public RunLoop, public Clock {
   Date now() const override { return now_; }
   void setNow(Date time) { now_ = time; }
 
-  void post(Task task) override { add(Seconds(0), Seconds(0), std::move(task)).release(); }
+  void post(Task task) override { add(Seconds(0), Seconds(0), std::move(task)); }
   std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task) override {
-    return add(delay, Seconds(0), std::move(task));
+    return std::make_unique<Handle>(*this, add(delay, Seconds(0), std::move(task)));
   }
   std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task) override {
-    return add(interval, interval, std::move(task));
+    return std::make_unique<Handle>(*this, add(interval, interval, std::move(task)));
   }
   void setTerminationHandler(Task) override {}
   int run() override { return 0; }
@@ -68,10 +68,10 @@ class ManualRunLoop final : public RunLoop, public Clock {
     std::shared_ptr<Entry> entry;
   };
 
-  std::unique_ptr<Handle> add(Seconds delay, Seconds interval, Task task) {
+  std::shared_ptr<Entry> add(Seconds delay, Seconds interval, Task task) {
     const Date due = now_ + std::chrono::round<Date::duration>(delay);
     entries_.push_back(std::make_shared<Entry>(Entry{due, interval, std::move(task)}));
-    return std::make_unique<Handle>(*this, entries_.back());
+    return entries_.back();
   }
   std::vector<std::shared_ptr<Entry>>::iterator nextDueUntil(Date end) {
     const auto next = std::ranges::min_element(
