@@ -9,12 +9,12 @@ from processes import Program, wait_until
 
 
 class Helper:
-    def __init__(self):
+    def __init__(self, **environment):
         self.transcript = pathlib.Path(os.environ["DESKTOP_DIRECTORY"]) / "transcript.jsonl"
         self.transcript.unlink(missing_ok=True)
         self.program = Program(
             os.environ["KESTRO_HELPER"],
-            environment={"KESTRO_TRANSCRIPT": str(self.transcript)},
+            environment={"KESTRO_TRANSCRIPT": str(self.transcript), **environment},
         )
 
     def events(self, after=-1.0):

@@ -3,6 +3,7 @@
 import os
 import pathlib
 import signal
+import socket
 import unittest
 
 import processes
@@ -206,6 +207,17 @@ class LossTest(LiveTest):
         samples = self.helper.wait_for_samples(2, before)
         self.assertEqual(samples[-1]["kind"], "noActivity")
         self.assertEqual(self.helper.terminate(), 0)
+
+    def test_4_x_server_that_says_nothing(self):
+        """It accepts the connection and never answers: samples go on without windows."""
+        path = pathlib.Path(os.environ["DESKTOP_DIRECTORY"]) / "silent"
+        with socket.socket(socket.AF_UNIX) as server:
+            server.bind(str(path))
+            server.listen()
+            helper = Helper(DISPLAY=f"unix:{path}")
+            samples = helper.wait_for_samples(2, -1.0)
+            self.assertEqual({sample["kind"] for sample in samples}, {"noActivity"})
+            self.assertEqual(helper.terminate(), 0)
 
 
 def load_tests(loader, _, __):

@@ -68,10 +68,7 @@ xcb_connection_t* X11Connection::get() {
 bool X11Connection::connect() {
   const auto now = steady_clock::now();
   if (!backOff_.isDue(now)) return false;
-  int screen = 0;
-  connection_ = xcb_connect(nullptr, &screen);
-  if (!xcb_connection_has_error(connection_)) root_ = rootOfScreen(connection_, screen);
-  if (!xcb_connection_has_error(connection_) && root_ != 0 && prepare()) {
+  if (takeNewConnection() && prepare()) {
     backOff_.noteSuccess();
     hasLoggedAbsence_ = false;
     return true;
@@ -81,6 +78,18 @@ bool X11Connection::connect() {
   if (!hasLoggedAbsence_) log_.write("no X server; windows and screens are unknown");
   hasLoggedAbsence_ = true;
   return false;
+}
+
+// An attempt that gets no answer goes on; the next call looks after it again.
+bool X11Connection::takeNewConnection() {
+  if (!attempt_) attempt_ = std::make_unique<X11ConnectionAttempt>();
+  const auto outcome = attempt_->wait(longestWait);
+  if (!outcome) return false;
+  attempt_.reset();
+  connection_ = outcome->connection;
+  if (xcb_connection_has_error(connection_)) return false;
+  root_ = rootOfScreen(connection_, outcome->screen);
+  return root_ != 0;
 }
 
 bool X11Connection::prepare() {

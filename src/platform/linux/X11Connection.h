@@ -12,6 +12,7 @@
 
 #include "platform/SystemLog.h"
 #include "platform/linux/BackOff.h"
+#include "platform/linux/X11ConnectionAttempt.h"
 
 namespace kestro {
 
@@ -68,6 +69,7 @@ class X11Connection {
 
  private:
   bool connect();
+  bool takeNewConnection();
   bool prepare();
   bool hasPendingAnswerArrived(std::chrono::milliseconds wait);
   void disconnect();
@@ -75,6 +77,7 @@ class X11Connection {
   SystemLog& log_;
   BackOff backOff_{std::chrono::seconds(1), std::chrono::seconds(30)};
   bool hasLoggedAbsence_ = false;
+  std::unique_ptr<X11ConnectionAttempt> attempt_;  // while a server has not answered yet
   xcb_connection_t* connection_ = nullptr;
   xcb_window_t root_ = 0;
   std::array<xcb_atom_t, static_cast<std::size_t>(X11Atom::count)> atoms_{};
