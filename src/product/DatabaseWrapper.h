@@ -17,7 +17,8 @@ class Process;
 class DatabaseWrapper {
  public:
   // The process's database, opened at the first call. Null when there is none: it could not be
-  // opened, or a newer version of the product wrote it; a log line has said why.
+  // opened, or a newer version of the product wrote it; a log line has said why. One that another
+  // program holds is tried again after ten seconds.
   static DatabaseWrapper* sharedInstance(Process& process);
 
   // Opens the file, makes it when there is none, and brings it to this version's schema. A file

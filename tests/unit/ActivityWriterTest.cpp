@@ -279,6 +279,19 @@ TEST_F(ActivityWriterTest, keepsWhatALockedDatabaseRefuses) {
   EXPECT_EQ(rows(), "a 0-2, b 2-3, c 3-4");
 }
 
+TEST_F(ActivityWriterTest, triesADatabaseAgainThatWasLockedAtTheStart) {
+  makeFile("PRAGMA user_version = 0");
+  {
+    SQLite::Database other(file().string(), SQLite::OPEN_READWRITE);
+    other.exec("BEGIN EXCLUSIVE");
+    EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr);
+  }
+  EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr) << "not at every sample";
+  fake.runLoop.setNow(at(10));
+  EXPECT_NE(DatabaseWrapper::sharedInstance(*process), nullptr);
+  EXPECT_EQ(fake.log.lines.size(), 1U);
+}
+
 TEST_F(ActivityWriterTest, aFullDiskCostsTheOldestRowsAtMost) {
   SQLite::Database& database = DatabaseWrapper::sharedInstance(*process)->db();
   write({0, "a"});

@@ -50,6 +50,8 @@ const Row rows[] = {
      ": /processes/~1bin~1a/does: expected \"nothing\""},
     {R"({"files": {"/a": {"text": "", "plist": {}}}})",
      ": /files/~1a: expected one of 'text', 'plist', 'base64' and 'directory'"},
+    {R"({"end": 5, "steps": [{"at": 5, "defaults": {}}]})",
+     ": /end: the scene ends before its last step happens"},
     {R"({"assertions": {"one": []}})",
      ": /assertions/one: expected a process identifier as the key"},
     {R"({"defaults": {"list": [null]}})", ": /defaults/list/0: expected a value, found null"},

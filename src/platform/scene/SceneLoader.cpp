@@ -151,6 +151,9 @@ class SceneLoader {
     scene_.end = lastStep + timeAfterLastStep;
     ifGiven("end", [&](const JsonNode& node) {
       scene_.end = Seconds(node.number({0, latestEnd}));
+      if (!scene_.steps.empty() && scene_.end <= lastStep) {
+        node.fail("the scene ends before its last step happens");
+      }
     });
   }
 

@@ -8,6 +8,7 @@
 #include <array>
 #include <fstream>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/Clock.h"
 #include "platform/Process.h"
@@ -90,26 +91,53 @@ void moveAside(Process& process, const fs::path& file) {
                   aside.filename().string()));
 }
 
-// The database wrapper of a process, or why there is none.
-struct SharedDatabase {
-  explicit SharedDatabase(Process& process) {
-    if (!isPartPresent(process, "database")) return;
+// Whether opening may succeed later: another program holds the file, or the disk is full.
+bool mayPass(const std::exception& failure) {
+  const auto* database = dynamic_cast<const SQLite::Exception*>(&failure);
+  if (!database) return false;
+  const int code = database->getErrorCode();
+  return code == SQLITE_BUSY || code == SQLITE_LOCKED || code == SQLITE_FULL ||
+         code == SQLITE_IOERR;
+}
+
+// The database wrapper of a process, once it could be opened.
+class SharedDatabase {
+ public:
+  explicit SharedDatabase(Process& process)
+      : process_(process), isWanted_(isPartPresent(process, "database")) {}
+
+  DatabaseWrapper* instance() {
+    if (isWanted_ && process_.platform().clock.now() >= nextTry_) open();
+    return instance_.get();
+  }
+
+ private:
+  void open() {
+    constexpr std::chrono::seconds timeBetweenTries{10};
+    isWanted_ = false;
     try {
-      instance = std::make_unique<DatabaseWrapper>(
-          process, process.platform().dataDirectory / "Kestro.sqlite");
+      instance_ = std::make_unique<DatabaseWrapper>(
+          process_, process_.platform().dataDirectory / "Kestro.sqlite");
     } catch (const std::exception& failure) {
-      process.platform().log.write(
+      isWanted_ = mayPass(failure);
+      nextTry_ = process_.platform().clock.now() + timeBetweenTries;
+      if (std::exchange(hasLoggedFailure_, true)) return;
+      process_.platform().log.write(
           fmt::format("The database cannot be used, activities are not saved: {}", failure.what()));
     }
   }
 
-  std::unique_ptr<DatabaseWrapper> instance;
+  Process& process_;
+  bool isWanted_;  // and not there yet
+  Date nextTry_ = Date::min();
+  bool hasLoggedFailure_ = false;
+  std::unique_ptr<DatabaseWrapper> instance_;
 };
 
 }  // namespace
 
 DatabaseWrapper* DatabaseWrapper::sharedInstance(Process& process) {
-  return process.shared<SharedDatabase>().instance.get();
+  return process.shared<SharedDatabase>().instance();
 }
 
 DatabaseWrapper::DatabaseWrapper(Process& process, const fs::path& file) {
