@@ -3,17 +3,8 @@
 namespace kestro {
 namespace {
 
-constexpr std::string_view leftToRightMark = "\u200E";
-constexpr std::string_view rightToLeftMark = "\u200F";
-
 void removeMatches(const RegularExpression& expression, std::optional<std::string>& title) {
   if (title) title = expression.replacing(*title, "");
-}
-
-void removeAll(std::string_view mark, std::string& text) {
-  for (auto found = text.find(mark); found != std::string::npos; found = text.find(mark, found)) {
-    text.erase(found, mark.size());
-  }
 }
 
 bool countsMessages(const std::optional<std::string>& bundleIdentifier) {
@@ -25,6 +16,8 @@ bool countsMessages(const std::optional<std::string>& bundleIdentifier) {
 WindowTitleCleanup::WindowTitleCleanup(Process&)
     : markers_{RegularExpression(R"(\*$)"), RegularExpression(R"(\s?[-–—]\s?Edited$)"),
                RegularExpression(R"(^Edited\s?[-–—]\s?)")},
+      // Not by their bytes: taking some out of a broken title could put others together.
+      directionMark_("[\u200E\u200F]"),
       messageCount_(R"(\s?\(\d[^()]+\)$)") {}
 
 void WindowTitleCleanup::apply(Activity& activity) const {
@@ -33,10 +26,7 @@ void WindowTitleCleanup::apply(Activity& activity) const {
     removeMatches(marker, details.windowTitle);
     removeMatches(marker, details.documentTitle);
   }
-  if (details.windowTitle) {
-    removeAll(leftToRightMark, *details.windowTitle);
-    removeAll(rightToLeftMark, *details.windowTitle);
-  }
+  removeMatches(directionMark_, details.windowTitle);
   if (countsMessages(activity.applicationBundleIdentifier())) {
     removeMatches(messageCount_, details.documentTitle);
   }

@@ -20,6 +20,7 @@ class WindowTitleCleanup {
 
  private:
   std::array<RegularExpression, 3> markers_;  // in order of application
+  RegularExpression directionMark_;
   RegularExpression messageCount_;
 };
 

@@ -44,6 +44,7 @@ TEST(WindowTitleCleanup, removesMarkers) {
       {"com.freron.MailMate", "", "", "Inbox (12)", "Inbox"},
       {"com.Apple.mail", "", "", "Inbox (12)", "Inbox (12)"},
       {editor, "", "", "Inbox (12)", "Inbox (12)"},
+      {editor, "\xe2\u200f\x80\x8f", "\ufffd\ufffd\ufffd", "", ""},
       {editor, "bad \xff bytes*", "bad \xef\xbf\xbd bytes", "kept \xff", "kept \xff"},
   };
   SceneProcess scene("{}");
