@@ -1,0 +1,67 @@
+#include "extractors/MailWritingInfoExtractor.h"
+
+#include "extractors/AccessibilityElement.h"
+#include "extractors/TitleParts.h"
+#include "product/LocalizedStrings.h"
+
+namespace kestro {
+namespace {
+
+// The rows above the text: the window's children, or those of the split view that holds them.
+AccessibilityElements headerOf(const AccessibilityElement& window) {
+  auto children = window.children();
+  if (children.empty() || children.front().role() != role::splitGroup) return children;
+  return children.front().children();
+}
+
+// A label such as "To:" before the field of the recipients.
+bool isComposeHeader(const AccessibilityElements& header) {
+  constexpr std::size_t fewestElements = 3;
+  if (header.size() < fewestElements) return false;
+  if (header[0].role() != role::staticText || header[1].role() != role::textField) return false;
+  const auto label = header[0].value();
+  return label && label->find(':') != std::string::npos;
+}
+
+std::optional<std::string> senderOf(const AccessibilityElements& header) {
+  for (const AccessibilityElement& element : header) {
+    if (element.role() != role::popUpButton) continue;
+    auto address = element.value();
+    if (address && address->find('@') != std::string::npos) return address;
+  }
+  return std::nullopt;
+}
+
+// The address tokens in the first text field.
+std::vector<std::string> recipientsOf(const AccessibilityElements& header) {
+  std::vector<std::string> recipients;
+  const auto field = firstWithRole(role::textField, header);
+  if (!field) return recipients;
+  for (const AccessibilityElement& token : field->children()) {
+    if (token.subrole() != subrole::textAttachment) continue;
+    if (auto recipient = token.value()) recipients.push_back(std::move(*recipient));
+  }
+  return recipients;
+}
+
+}  // namespace
+
+void MailWritingInfoExtractor::writeDetailsForActivity(Activity& activity) {
+  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+    const auto header = headerOf(window);
+    if (!isComposeHeader(header)) continue;
+    std::vector<std::string> lines;
+    if (const auto sender = senderOf(header)) {
+      lines.push_back(localizedFormat(process_, "From: %@", *sender));
+    }
+    const auto recipients = recipientsOf(header);
+    if (!recipients.empty()) {
+      lines.push_back(localizedFormat(process_, "To: %@", joined(recipients, ", ")));
+    }
+    if (lines.empty()) continue;
+    activity.details.contextPath = std::move(lines);
+    return;
+  }
+}
+
+}  // namespace kestro

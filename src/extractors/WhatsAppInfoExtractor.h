@@ -1,0 +1,19 @@
+// WhatsApp: the open conversation, by the heading of its toolbar or its header button.
+#pragma once
+
+#include "extractors/KSApplicationInfoExtractor.h"
+
+namespace kestro {
+
+class WhatsAppInfoExtractor final : public KSApplicationInfoExtractor {
+ public:
+  static constexpr std::string_view name = "WhatsAppInfoExtractor";
+  explicit WhatsAppInfoExtractor(Process& process) : process_(process) {}
+
+  void writeDetailsForActivity(Activity& activity) override;
+
+ private:
+  Process& process_;
+};
+
+}  // namespace kestro
