@@ -5,3 +5,121 @@
 //   KESTRO_TRANSCRIPT          a file, or - for standard output
 //   KESTRO_TRANSCRIPT_FORMAT   "json" (default) or "text"
 //   KESTRO_DATA_DIR            where the product keeps its database and files
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+
+#include "app/runHelper.h"
+#include "platform/TimeZone.h"
+#include "platform/linux/LinuxDesktop.h"
+#include "platform/scene/SceneDesktop.h"
+#include "platform/transcript/makeTranscriptWriter.h"
+
+namespace kestro {
+namespace {
+
+constexpr int usageError = 2;
+
+std::optional<std::string> environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value && *value ? std::optional<std::string>(value) : std::nullopt;
+}
+
+int refuse(std::string_view reason) {
+  std::cerr << "KestroHelper: " << reason << std::endl;
+  return usageError;
+}
+
+// What the environment asks for. Absent parts were not asked for.
+struct Settings {
+  std::optional<std::string> scene;
+  std::optional<double> sceneSpeed;
+  std::optional<std::string> transcript;
+  TranscriptFormat transcriptFormat = TranscriptFormat::jsonLines;
+};
+
+// The settings, or why they cannot be used.
+std::variant<Settings, std::string> readSettings() {
+  Settings settings;
+  settings.scene = environment("KESTRO_SCENE");
+  settings.transcript = environment("KESTRO_TRANSCRIPT");
+  if (const auto speed = environment("KESTRO_SCENE_SPEED")) {
+    double factor = 0;
+    const auto [end, error] = std::from_chars(speed->data(), speed->data() + speed->size(), factor);
+    const bool isNumber = error == std::errc{} && end == speed->data() + speed->size();
+    if (!isNumber || !std::isfinite(factor) || factor <= 0) {
+      return "KESTRO_SCENE_SPEED must be a positive number, not '" + *speed + "'";
+    }
+    settings.sceneSpeed = factor;
+  }
+  const std::string format = environment("KESTRO_TRANSCRIPT_FORMAT").value_or("json");
+  if (format != "json" && format != "text") {
+    return "KESTRO_TRANSCRIPT_FORMAT must be json or text, not '" + format + "'";
+  }
+  if (format == "text") settings.transcriptFormat = TranscriptFormat::readable;
+  return settings;
+}
+
+class Helper {
+ public:
+  Helper(Settings settings, std::vector<std::string> arguments)
+      : settings_(std::move(settings)), arguments_(std::move(arguments)) {}
+
+  int run() {
+    if (!openTranscript()) {
+      return refuse("cannot write the transcript to " + *settings_.transcript);
+    }
+    return settings_.scene ? runScene() : runLive();
+  }
+
+ private:
+  bool openTranscript() {
+    if (!settings_.transcript || settings_.transcript == "-") return true;
+    transcriptFile_.open(*settings_.transcript);
+    return transcriptFile_.is_open();
+  }
+
+  int runScene() {
+    auto loaded = loadScene(*settings_.scene);
+    if (const auto* error = std::get_if<SceneError>(&loaded)) return refuse(error->message);
+    auto& scene = std::get<Scene>(loaded);
+    auto options = desktopOptions(scene.start, scene.timeZone);
+    const auto desktop =
+        makeSceneDesktop(std::move(scene), std::move(options), settings_.sceneSpeed);
+    return runHelper(*desktop);
+  }
+
+  int runLive() {
+    const auto desktop =
+        makeLinuxDesktop(desktopOptions(std::chrono::system_clock::now(), TimeZone::local()));
+    return runHelper(*desktop);
+  }
+
+  DesktopOptions desktopOptions(Date start, const TimeZone& timeZone) {
+    DesktopOptions options;
+    options.arguments = arguments_;
+    options.dataDirectory = environment("KESTRO_DATA_DIR");
+    if (!settings_.transcript) return options;
+    std::ostream& stream = transcriptFile_.is_open() ? transcriptFile_ : std::cout;
+    options.transcriptWriter =
+        makeTranscriptWriter(stream, settings_.transcriptFormat, start, timeZone);
+    return options;
+  }
+
+  Settings settings_;
+  std::vector<std::string> arguments_;
+  std::ofstream transcriptFile_;
+};
+
+}  // namespace
+}  // namespace kestro
+
+int main(int argumentCount, char** arguments) {
+  auto settings = kestro::readSettings();
+  if (const auto* reason = std::get_if<std::string>(&settings)) return kestro::refuse(*reason);
+  return kestro::Helper(std::get<kestro::Settings>(std::move(settings)),
+                        {arguments + 1, arguments + argumentCount})
+      .run();
+}

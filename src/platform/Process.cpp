@@ -1,12 +1,10 @@
 #include "platform/Process.h"
 
-#include <ranges>
-
 namespace kestro {
 
 Process::~Process() {
-  for (const std::type_index& type : creationOrder_ | std::views::reverse) {
-    sharedByType_.erase(type);
+  for (auto type = creationOrder_.rbegin(); type != creationOrder_.rend(); ++type) {
+    sharedByType_.erase(*type);
   }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <set>
@@ -12,6 +13,8 @@
 
 #include "platform/Clock.h"
 #include "product/Activity.h"
+#include "product/ActivityWriter.h"
+#include "product/DatabaseWrapper.h"
 
 namespace kestro {
 

@@ -1,0 +1,30 @@
+// The designed platform's roles and subroles for those of AT-SPI. Pure functions.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/linux/AtspiObject.h"
+
+namespace kestro {
+
+// What a role alone does not tell.
+struct AtspiTraits {
+  AtspiStates states;
+  std::string xmlRoles;     // the object attribute, empty outside web content
+  bool isTopLevel = false;  // a child of the application
+};
+
+// Whether `axRole` needs `traits.states` (the rest is free), so that they are read only then.
+bool roleDependsOnStates(AtspiRole role);
+// AXUnknown for a role that has no counterpart.
+std::string_view axRole(AtspiRole role, const AtspiTraits& traits);
+
+// Whether `axSubrole` needs `traits.xmlRoles`.
+bool subroleDependsOnAttributes(AtspiRole role);
+std::optional<std::string> axSubrole(AtspiRole role, const AtspiTraits& traits);
+
+bool isDocument(AtspiRole role);
+
+}  // namespace kestro

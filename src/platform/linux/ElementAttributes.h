@@ -1,0 +1,87 @@
+// The accessibility interface's attributes of AT-SPI objects. Main thread only.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/Accessibility.h"
+#include "platform/linux/AtspiElement.h"
+#include "platform/linux/AtspiRoles.h"
+#include "platform/linux/AtspiWindows.h"
+
+namespace kestro {
+
+class ElementAttributes {
+ public:
+  ElementAttributes(AtspiWindows& windows, AtspiApplications& applications, AtspiReader& reader)
+      : windows_(windows), applications_(applications), reader_(reader) {}
+
+  // Of elements that are objects or a page's scroll area; attributeUnsupported for names that are
+  // none of theirs.
+  AccessibilityResult<AttributeValue> value(const AtspiElement& element,
+                                            std::string_view attribute);
+  AccessibilityResult<std::vector<std::string>> names(const AtspiElement& element);
+  // Of lists of elements, without reading them where that can be.
+  AccessibilityResult<std::int64_t> count(const AtspiElement& element, std::string_view attribute);
+  // What is to be added to a toolkit's coordinates to have root coordinates.
+  Point windowOffset(const AtspiElement& element);
+
+ private:
+  using Result = AccessibilityResult<AttributeValue>;
+  using Reader = Result (ElementAttributes::*)(const AtspiElement&);
+  struct Row {
+    std::string_view name;
+    Reader read;
+    bool isOfWindows;  // only windows list it
+  };
+  static const Row rows[];
+
+  Result role(const AtspiElement& element);
+  Result subrole(const AtspiElement& element);
+  Result roleDescription(const AtspiElement& element);
+  Result title(const AtspiElement& element);
+  Result description(const AtspiElement& element);
+  Result help(const AtspiElement& element);
+  Result elementValue(const AtspiElement& element);
+  Result identifier(const AtspiElement& element);
+  Result domIdentifier(const AtspiElement& element);
+  Result domClassList(const AtspiElement& element);
+  Result url(const AtspiElement& element);
+  Result children(const AtspiElement& element);
+  Result contents(const AtspiElement& element);
+  Result parent(const AtspiElement& element);
+  Result window(const AtspiElement& element);
+  Result position(const AtspiElement& element);
+  Result size(const AtspiElement& element);
+  Result isModal(const AtspiElement& element);
+  Result isFullScreen(const AtspiElement& element);
+  Result isMinimized(const AtspiElement& element);
+  Result isMain(const AtspiElement& element);
+  Result document(const AtspiElement& element);
+  Result isSelected(const AtspiElement& element);
+  Result selectedRows(const AtspiElement& element);
+  Result isEnabled(const AtspiElement& element);
+  Result isFocused(const AtspiElement& element);
+
+  Result pageScrollAreaValue(const AtspiElement& element, std::string_view attribute);
+  AccessibilityResult<AtspiTraits> traits(const AtspiElement& element, AtspiRole role,
+                                          bool needsAttributes);
+  Result state(const AtspiElement& element, AtspiState state);
+  Result objectAttribute(const AtspiElement& element, std::string_view name);
+  Result valueOfRole(const AtspiElement& element, AtspiRole role);
+  bool isNamedByDescription(const AtspiElement& element);
+  std::string viewClass(const AtspiObject& object);
+  AccessibilityResult<std::string> pageAddress(const AtspiObject& document);
+  AccessibilityResult<Rect> bounds(const AtspiElement& element);
+  Result elements(const AtspiElement& owner, const std::vector<AtspiObject>& objects) const;
+
+  AtspiWindows& windows_;
+  AtspiApplications& applications_;
+  AtspiReader& reader_;
+  std::map<AtspiObject, std::string> viewClasses_;  // a view's class never changes
+  std::uint64_t viewClassesOf_ = 0;
+};
+
+}  // namespace kestro

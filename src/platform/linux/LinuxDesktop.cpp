@@ -1,0 +1,99 @@
+#include "platform/linux/LinuxDesktop.h"
+
+#include <unistd.h>
+
+#include <csignal>
+
+#include "platform/linux/LinuxAccessibility.h"
+#include "platform/linux/LinuxChildProcesses.h"
+#include "platform/linux/LinuxDirectories.h"
+#include "platform/linux/LinuxRunLoop.h"
+#include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/PlistUserDefaults.h"
+#include "platform/linux/PreferredLanguages.h"
+#include "platform/linux/ProcessInformation.h"
+#include "platform/linux/StandardErrorLog.h"
+#include "platform/linux/SystemClock.h"
+#include "platform/linux/X11WindowServer.h"
+
+namespace kestro {
+namespace {
+
+class LinuxDesktop final : public Desktop {
+ public:
+  explicit LinuxDesktop(DesktopOptions options);
+
+  Platform& platform() override { return platform_; }
+  // A process of the live desktop has one life: a relaunch is a new process.
+  bool beginNextProcessLife() override { return false; }
+
+ private:
+  static MainBundle mainBundle();
+  std::filesystem::path makeDataDirectory(const DesktopOptions& options);
+
+  StandardErrorLog log_;
+  SystemClock clock_;
+  SampleGeneration generation_;
+  LinuxRunLoop runLoop_;
+  X11Desktop x11_;
+  std::vector<std::string> languages_;
+  DesktopEntries desktopEntries_;
+  ApplicationIdentity identity_;
+  LinuxWorkspace workspace_;
+  X11WindowServer windowServer_;
+  LinuxAccessibility accessibility_;
+  PlistUserDefaultsDatabase defaults_;
+  LinuxChildProcesses childProcesses_;
+  TimedTranscript transcript_;
+  PropertyListDictionary productConditions_;
+  Platform platform_;
+};
+
+LinuxDesktop::LinuxDesktop(DesktopOptions options)
+    : runLoop_(generation_),
+      x11_(generation_, log_),
+      languages_(preferredLanguages(localeVariablesOfEnvironment())),
+      desktopEntries_(applicationDirectories(), languages_),
+      identity_(desktopEntries_),
+      workspace_(x11_, identity_, generation_),
+      windowServer_(x11_),
+      accessibility_(x11_, generation_, log_),
+      defaults_(configurationDirectory(), log_),
+      transcript_(clock_, clock_.now(), std::move(options.transcriptWriter)),
+      platform_{accessibility_,
+                windowServer_,
+                workspace_,
+                defaults_,
+                childProcesses_,
+                clock_,
+                runLoop_,
+                log_,
+                transcript_,
+                mainBundle(),
+                options.arguments,
+                languages_,
+                makeDataDirectory(options),
+                productConditions_} {
+  // A bus or an X server that goes away is an error of the next write, not the end.
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+MainBundle LinuxDesktop::mainBundle() {
+  const std::string executable = executablePath(getpid()).value_or("");
+  return {KESTRO_BUNDLE_IDENTIFIER, std::filesystem::path(executable).parent_path().string(),
+          executable, std::nullopt};
+}
+
+std::filesystem::path LinuxDesktop::makeDataDirectory(const DesktopOptions& options) {
+  auto directory = options.dataDirectory.value_or(defaultDataDirectory());
+  if (!makePrivateDirectory(directory)) log_.write("the data directory cannot be made");
+  return directory;
+}
+
+}  // namespace
+
+std::unique_ptr<Desktop> makeLinuxDesktop(DesktopOptions options) {
+  return std::make_unique<LinuxDesktop>(std::move(options));
+}
+
+}  // namespace kestro

@@ -1,0 +1,170 @@
+#include "platform/linux/LinuxRunLoop.h"
+
+#include <sys/signalfd.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <csignal>
+#include <ctime>
+#include <stdexcept>
+#include <utility>
+
+namespace kestro {
+namespace {
+
+using Microseconds = std::uint64_t;
+
+constexpr std::array terminationSignals{SIGTERM, SIGINT, SIGHUP};
+// How far the kernel may shift a wake-up to join it with others.
+constexpr Microseconds timerAccuracy = 5'000;
+
+Microseconds microseconds(Seconds duration) {
+  constexpr double longest = 1e15;  // about thirty years
+  const double count = duration.count() * 1e6;
+  if (std::isnan(count) || count <= 0) return 0;
+  return static_cast<Microseconds>(std::min(count, longest));
+}
+
+Microseconds monotonicNow() {
+  timespec now{};
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return static_cast<Microseconds>(now.tv_sec) * 1'000'000 +
+         static_cast<Microseconds>(now.tv_nsec) / 1'000;
+}
+
+// A time source whose task may destroy the timer: what a running task needs lives in `State`.
+class EventTimer final : public Timer {
+ public:
+  EventTimer(sd_event* event, LinuxRunLoop& loop, Seconds delay, Microseconds interval,
+             RunLoop::Task task)
+      : state_(std::make_shared<State>(
+            State{loop, std::move(task), interval, monotonicNow() + microseconds(delay)})) {
+    sd_event_add_time(event, &source_, CLOCK_MONOTONIC, state_->due, timerAccuracy, onTime,
+                      state_.get());
+  }
+  ~EventTimer() override { sd_event_source_disable_unref(source_); }
+  EventTimer(const EventTimer&) = delete;
+  EventTimer& operator=(const EventTimer&) = delete;
+
+  void keepReference() { state_->self = state_; }
+
+ private:
+  struct State {
+    LinuxRunLoop& loop;
+    RunLoop::Task task;
+    Microseconds interval;  // 0: once
+    Microseconds due;
+    std::weak_ptr<State> self = {};
+  };
+
+  static int onTime(sd_event_source* source, std::uint64_t, void* context) {
+    const auto state = static_cast<State*>(context)->self.lock();
+    if (!state) return 0;
+    if (state->interval > 0) rearm(source, *state);
+    const RunLoop::Task task = state->task;
+    state->loop.perform(task);
+    return 0;
+  }
+  // Skips the multiples of the interval that have already gone by.
+  static void rearm(sd_event_source* source, State& state) {
+    const Microseconds now = monotonicNow();
+    const Microseconds late = now > state.due ? now - state.due : 0;
+    state.due += (late / state.interval + 1) * state.interval;
+    sd_event_source_set_time(source, state.due);
+    sd_event_source_set_enabled(source, SD_EVENT_ONESHOT);
+  }
+
+  std::shared_ptr<State> state_;
+  sd_event_source* source_ = nullptr;
+};
+
+std::unique_ptr<Timer> makeTimer(sd_event* event, LinuxRunLoop& loop, Seconds delay,
+                                 Microseconds interval, RunLoop::Task task) {
+  auto timer = std::make_unique<EventTimer>(event, loop, delay, interval, std::move(task));
+  timer->keepReference();
+  return timer;
+}
+
+void blockTerminationSignals() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : terminationSignals)
+    sigaddset(&signals, signal);
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+}  // namespace
+
+LinuxRunLoop::LinuxRunLoop(SampleGeneration& generation) : generation_(generation) {
+  if (sd_event_new(&event_) < 0) throw std::runtime_error("no event loop can be made");
+  blockTerminationSignals();
+  for (const int signal : terminationSignals) {
+    sd_event_add_signal(event_, nullptr, signal, onSignal, this);
+  }
+  sd_event_add_defer(event_, &postedSource_, onPosted, this);
+  sd_event_source_set_enabled(postedSource_, SD_EVENT_OFF);
+}
+
+LinuxRunLoop::~LinuxRunLoop() {
+  sd_event_source_disable_unref(postedSource_);
+  sd_event_unref(event_);
+}
+
+void LinuxRunLoop::perform(const Task& task) {
+  generation_.advance();
+  if (task) task();
+}
+
+void LinuxRunLoop::post(Task task) {
+  posted_.push_back(std::move(task));
+  sd_event_source_set_enabled(postedSource_, SD_EVENT_ONESHOT);
+}
+
+int LinuxRunLoop::onPosted(sd_event_source*, void* loop) {
+  static_cast<LinuxRunLoop*>(loop)->runPosted();
+  return 0;
+}
+
+// One task a turn, so that timers and signals get theirs between tasks that post each other.
+void LinuxRunLoop::runPosted() {
+  if (posted_.empty()) return;
+  const Task task = std::move(posted_.front());
+  posted_.pop_front();
+  if (!posted_.empty()) sd_event_source_set_enabled(postedSource_, SD_EVENT_ONESHOT);
+  perform(task);
+}
+
+std::unique_ptr<Timer> LinuxRunLoop::scheduleAfter(Seconds delay, Task task) {
+  return makeTimer(event_, *this, delay, 0, std::move(task));
+}
+
+std::unique_ptr<Timer> LinuxRunLoop::scheduleEvery(Seconds interval, Task task) {
+  const Microseconds period = std::max<Microseconds>(microseconds(interval), 1'000);
+  return makeTimer(event_, *this, interval, period, std::move(task));
+}
+
+void LinuxRunLoop::setTerminationHandler(Task handler) {
+  terminationHandler_ = std::move(handler);
+}
+
+int LinuxRunLoop::onSignal(sd_event_source*, const signalfd_siginfo*, void* loop) {
+  static_cast<LinuxRunLoop*>(loop)->terminate();
+  return 0;
+}
+
+void LinuxRunLoop::terminate() {
+  if (!terminationHandler_) return stop(0);
+  const Task handler = terminationHandler_;
+  perform(handler);
+}
+
+int LinuxRunLoop::run() {
+  return std::max(sd_event_loop(event_), 0);
+}
+
+void LinuxRunLoop::stop(int exitStatus) {
+  sd_event_exit(event_, exitStatus);
+}
+
+}  // namespace kestro

@@ -1,0 +1,30 @@
+// Running applications as the owners of windows, and screens. Main thread only.
+#pragma once
+
+#include "platform/Workspace.h"
+#include "platform/linux/ApplicationIdentity.h"
+#include "platform/linux/SampleGeneration.h"
+#include "platform/linux/X11Desktop.h"
+
+namespace kestro {
+
+class LinuxWorkspace final : public Workspace {
+ public:
+  LinuxWorkspace(X11Desktop& desktop, ApplicationIdentity& identity, SampleGeneration& generation)
+      : desktop_(desktop), identity_(identity), generation_(generation) {}
+
+  // The owner of the active window. Begins a new generation: a sample starts with this question.
+  std::optional<RunningApplication> frontmostApplication() override;
+  // Absent when there is no such process.
+  std::optional<RunningApplication> runningApplication(ProcessIdentifier process) override;
+  // Those with a window on any desktop, in the order of their process identifiers.
+  std::vector<RunningApplication> runningApplications(std::string_view bundleIdentifier) override;
+  std::vector<Rect> screens() override;
+
+ private:
+  X11Desktop& desktop_;
+  ApplicationIdentity& identity_;
+  SampleGeneration& generation_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,46 @@
+// Keeps the activities of one process life in the database. Owned by the database wrapper; main
+// thread only.
+//
+// Neighbouring samples that are equal in every field become one row. Its end is the last sample's
+// time plus the sampling interval, but never later than the next different sample. A pause too long
+// to be one late sample, a sample without an activity and a clock that goes back end the row, so
+// time asleep is not counted. Rows never overlap, also after the clock went back: time that a row
+// covers already is not recorded again.
+//
+// Rows are held back for at most ten seconds and then written in one transaction. While the
+// database refuses, they are kept in memory, up to a bound, and tried again.
+#pragma once
+
+#include <memory>
+
+#include "platform/Clock.h"
+
+namespace kestro {
+
+class Activity;
+class DatabaseWrapper;
+class Process;
+
+class ActivityWriter {
+ public:
+  // The database must outlive the writer. Throws SQLite::Exception when the database lacks the
+  // tables of this version.
+  ActivityWriter(Process& process, DatabaseWrapper& database);
+  ~ActivityWriter();
+  ActivityWriter(const ActivityWriter&) = delete;
+  ActivityWriter& operator=(const ActivityWriter&) = delete;
+
+  // One sample, taken at `time`.
+  void write(Date time, const Activity& activity);
+  // From `time` on nothing is tracked: a sample without an activity, or the end of tracking.
+  void writeNoActivity(Date time);
+  // Writes now what is held back. False when the database refused; the reason is logged once per
+  // outage.
+  bool flush();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+}  // namespace kestro

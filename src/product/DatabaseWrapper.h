@@ -1,0 +1,40 @@
+// The product's database, "Kestro.sqlite" in the data directory: SQLite in WAL mode, readable by
+// its owner alone. docs/database.md describes its tables. Main thread only.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+namespace SQLite {
+class Database;
+}
+
+namespace kestro {
+
+class ActivityWriter;
+class Process;
+
+class DatabaseWrapper {
+ public:
+  // The process's database, opened at the first call. Null when there is none: it could not be
+  // opened, or a newer version of the product wrote it; a log line has said why.
+  static DatabaseWrapper* sharedInstance(Process& process);
+
+  // Opens the file, makes it when there is none, and brings it to this version's schema. A file
+  // that is no database is moved aside and a new one begun. Throws std::exception when there can be
+  // no database; the file is then as it was.
+  DatabaseWrapper(Process& process, const std::filesystem::path& file);
+  ~DatabaseWrapper();
+  DatabaseWrapper(const DatabaseWrapper&) = delete;
+  DatabaseWrapper& operator=(const DatabaseWrapper&) = delete;
+
+  SQLite::Database& db() { return *database_; }
+  // Null when the product has none.
+  ActivityWriter* activityWriter() { return activityWriter_.get(); }
+
+ private:
+  std::unique_ptr<SQLite::Database> database_;
+  std::unique_ptr<ActivityWriter> activityWriter_;
+};
+
+}  // namespace kestro

@@ -1,0 +1,182 @@
+#include "product/ActivityWriter.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "platform/Process.h"
+#include "platform/RunLoop.h"
+#include "platform/SystemLog.h"
+#include "product/DatabaseWrapper.h"
+#include "product/embedded/ActivityTable.h"
+#include "product/embedded/ProductOperations.h"
+
+namespace kestro {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr Seconds flushInterval{10.0};
+// How much later than expected a sample can be because other applications were slow to answer.
+constexpr milliseconds messagingTimeout{2000};
+// A day of an outage in which something changes every few seconds.
+constexpr std::size_t mostRowsHeldBack = 10'000;
+
+}  // namespace
+
+struct ActivityWriter::State {
+  State(Process& owner, DatabaseWrapper& database)
+      : process(owner),
+        table(database.db()),
+        interval(std::chrono::round<milliseconds>(samplingInterval(owner))),
+        latestEnd(table.latestEnd().value_or(Instant::min())) {}
+
+  bool continues(Instant time, const ActivityFields& fields) const;
+  void begin(Instant time, ActivityFields fields);
+  void extend(Instant time);
+  void close(Instant time);
+  std::optional<TimeSpan> freeTime(Instant start, Instant end);
+  void setEnd(ActivityRow& row, Instant end);
+  void scheduleFlush();
+  bool save();
+  void noteFailure(const SQLite::Exception& failure);
+  void noteSuccess();
+  void keepWithinBounds();
+
+  Process& process;
+  ActivityTable table;
+  milliseconds interval;
+  std::deque<ActivityRow> rows;    // unsaved, and the open one, which is the last
+  bool isOpen = false;             // whether the last row may still grow
+  Instant lastSample;              // of the open row
+  Instant limit = Instant::max();  // where the open row meets one that is recorded already
+  Instant latestEnd;               // of all rows, recorded or held back
+  bool isFailing = false;
+  std::unique_ptr<Timer> flushTimer;
+};
+
+bool ActivityWriter::State::continues(Instant time, const ActivityFields& fields) const {
+  return isOpen && time >= lastSample && time - lastSample <= 2 * interval + messagingTimeout &&
+         time < limit && rows.back().fields == fields;
+}
+
+void ActivityWriter::State::begin(Instant time, ActivityFields fields) {
+  TimeSpan span{time, Instant::max()};
+  if (time < latestEnd) {
+    const auto free = freeTime(time, time + interval);
+    if (!free) return;
+    span = *free;
+  }
+  limit = span.end;
+  rows.push_back({std::move(fields), span.start, span.start, std::nullopt, true});
+  isOpen = true;
+  keepWithinBounds();
+  extend(time);
+}
+
+void ActivityWriter::State::extend(Instant time) {
+  lastSample = time;
+  setEnd(rows.back(), std::min(time + interval, limit));
+  latestEnd = std::max(latestEnd, rows.back().end);
+}
+
+// Ends the open row at a sample that does not continue it.
+void ActivityWriter::State::close(Instant time) {
+  if (!isOpen) return;
+  isOpen = false;
+  ActivityRow& row = rows.back();
+  const bool isLatest = row.end == latestEnd;
+  // When the clock went back, `time` says nothing about when the row ended.
+  if (time >= lastSample && time < row.end) setEnd(row, std::max(time, row.start));
+  if (isLatest) latestEnd = row.end;
+  if (row.isUnsaved && !row.identifier && row.start == row.end) rows.pop_back();
+}
+
+// Asks the table, which then has to hold every row.
+std::optional<TimeSpan> ActivityWriter::State::freeTime(Instant start, Instant end) {
+  if (!save()) return std::nullopt;
+  try {
+    return table.freeTime(start, end);
+  } catch (const SQLite::Exception& failure) {
+    noteFailure(failure);
+    return std::nullopt;
+  }
+}
+
+void ActivityWriter::State::setEnd(ActivityRow& row, Instant end) {
+  if (row.end == end) return;
+  row.end = end;
+  row.isUnsaved = true;
+  scheduleFlush();
+}
+
+void ActivityWriter::State::scheduleFlush() {
+  if (flushTimer) return;
+  flushTimer = process.platform().runLoop.scheduleAfter(flushInterval, [this] {
+    flushTimer.reset();
+    save();
+  });
+}
+
+bool ActivityWriter::State::save() {
+  if (std::ranges::none_of(rows, &ActivityRow::isUnsaved)) return true;
+  try {
+    table.save(rows);
+  } catch (const SQLite::Exception& failure) {
+    noteFailure(failure);
+    scheduleFlush();
+    return false;
+  }
+  noteSuccess();
+  rows.erase(rows.begin(), rows.end() - (isOpen ? 1 : 0));
+  return true;
+}
+
+void ActivityWriter::State::noteFailure(const SQLite::Exception& failure) {
+  if (isFailing) return;
+  isFailing = true;
+  process.platform().log.write(
+      fmt::format("Activities cannot be saved now and are kept in memory: {}", failure.what()));
+}
+
+void ActivityWriter::State::noteSuccess() {
+  if (!isFailing) return;
+  isFailing = false;
+  process.platform().log.write("Activities are saved again.");
+}
+
+void ActivityWriter::State::keepWithinBounds() {
+  if (rows.size() <= mostRowsHeldBack) return;
+  rows.pop_front();
+}
+
+ActivityWriter::ActivityWriter(Process& process, DatabaseWrapper& database)
+    : state_(std::make_unique<State>(process, database)) {}
+
+ActivityWriter::~ActivityWriter() {
+  flush();
+}
+
+void ActivityWriter::write(Date time, const Activity& activity) {
+  ActivityFields fields(activity);
+  const Instant sample = instant(time);
+  if (state_->continues(sample, fields)) {
+    state_->extend(sample);
+    return;
+  }
+  state_->close(sample);
+  state_->begin(sample, std::move(fields));
+}
+
+void ActivityWriter::writeNoActivity(Date time) {
+  state_->close(instant(time));
+}
+
+bool ActivityWriter::flush() {
+  state_->flushTimer.reset();
+  return state_->save();
+}
+
+}  // namespace kestro

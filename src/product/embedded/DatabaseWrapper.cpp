@@ -1,0 +1,134 @@
+#include "product/DatabaseWrapper.h"
+
+#include <SQLiteCpp/SQLiteCpp.h>
+#include <fmt/chrono.h>
+#include <fmt/format.h>
+#include <sqlite3.h>
+
+#include <array>
+#include <fstream>
+#include <stdexcept>
+
+#include "platform/Clock.h"
+#include "platform/Process.h"
+#include "platform/SystemLog.h"
+#include "product/ActivityWriter.h"
+#include "product/embedded/DatabaseMigrations.h"
+#include "product/embedded/ProductOperations.h"
+
+namespace kestro {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The main application writes now and then; the run loop must not stand still for long.
+constexpr int busyTimeoutInMilliseconds = 250;
+constexpr std::array<std::string_view, 3> companionSuffixes{"", "-wal", "-shm"};
+
+fs::path companion(const fs::path& file, std::string_view suffix) {
+  fs::path path = file;
+  path += suffix;
+  return path;
+}
+
+// SQLite gives its companion files the mode of the database itself.
+void makePrivate(const fs::path& file) {
+  for (const std::string_view suffix : companionSuffixes) {
+    const fs::path path = companion(file, suffix);
+    if (fs::exists(path)) {
+      fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
+    }
+  }
+}
+
+// An empty file is an empty database, and has its mode before anything is in it.
+void createIfMissing(const fs::path& file) {
+  if (fs::exists(file)) return;
+  if (!std::ofstream(file)) throw std::runtime_error("the file cannot be made");
+  makePrivate(file);
+}
+
+std::unique_ptr<SQLite::Database> openedDatabase(const fs::path& file) {
+  createIfMissing(file);
+  auto database = std::make_unique<SQLite::Database>(file.string(), SQLite::OPEN_READWRITE,
+                                                     busyTimeoutInMilliseconds);
+  const int version = database->execAndGet("PRAGMA user_version");
+  if (version > latestSchemaVersion()) {
+    throw std::runtime_error(fmt::format("its schema has version {}, newer than this program's {}",
+                                         version, latestSchemaVersion()));
+  }
+  makePrivate(file);
+  database->exec("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
+  migrateDatabase(*database);
+  return database;
+}
+
+bool isDamage(const SQLite::Exception& failure) {
+  return failure.getErrorCode() == SQLITE_NOTADB || failure.getErrorCode() == SQLITE_CORRUPT;
+}
+
+fs::path pathForDamaged(const fs::path& file, Date now) {
+  const auto time = fmt::gmtime(std::chrono::system_clock::to_time_t(now));
+  const std::string name = fmt::format("{}.damaged-{:%Y%m%dT%H%M%SZ}", file.stem().string(), time);
+  fs::path path = file.parent_path() / (name + file.extension().string());
+  for (int copy = 2; fs::exists(path); ++copy) {
+    path.replace_filename(fmt::format("{}-{}{}", name, copy, file.extension().string()));
+  }
+  return path;
+}
+
+// The log left beside a new database would be taken for its own, so it moves too.
+void moveAside(Process& process, const fs::path& file) {
+  const fs::path aside = pathForDamaged(file, process.platform().clock.now());
+  for (const std::string_view suffix : companionSuffixes) {
+    if (fs::exists(companion(file, suffix))) {
+      fs::rename(companion(file, suffix), companion(aside, suffix));
+    }
+  }
+  process.platform().log.write(
+      fmt::format("The database is damaged. It is kept as {}, and a new one begun.",
+                  aside.filename().string()));
+}
+
+// The database wrapper of a process, or why there is none.
+struct SharedDatabase {
+  explicit SharedDatabase(Process& process) {
+    if (!isPartPresent(process, "database")) return;
+    try {
+      instance = std::make_unique<DatabaseWrapper>(
+          process, process.platform().dataDirectory / "Kestro.sqlite");
+    } catch (const std::exception& failure) {
+      process.platform().log.write(
+          fmt::format("The database cannot be used, activities are not saved: {}", failure.what()));
+    }
+  }
+
+  std::unique_ptr<DatabaseWrapper> instance;
+};
+
+}  // namespace
+
+DatabaseWrapper* DatabaseWrapper::sharedInstance(Process& process) {
+  return process.shared<SharedDatabase>().instance.get();
+}
+
+DatabaseWrapper::DatabaseWrapper(Process& process, const fs::path& file) {
+  const auto open = [&] {
+    database_ = openedDatabase(file);
+    if (isPartPresent(process, "activityWriter")) {
+      activityWriter_ = std::make_unique<ActivityWriter>(process, *this);
+    }
+  };
+  try {
+    open();
+  } catch (const SQLite::Exception& failure) {
+    if (!isDamage(failure)) throw;
+    database_.reset();
+    moveAside(process, file);
+    open();
+  }
+}
+
+DatabaseWrapper::~DatabaseWrapper() = default;
+
+}  // namespace kestro

@@ -1,0 +1,177 @@
+#include <fmt/format.h>
+
+#include "platform/Accessibility.h"
+#include "platform/Process.h"
+#include "platform/RunLoop.h"
+#include "platform/SystemLog.h"
+#include "platform/Transcript.h"
+#include "product/KestroUI.h"
+#include "product/embedded/ProductOperations.h"
+
+namespace kestro {
+namespace {
+
+ActivityWriter* activityWriter(Process& process) {
+  DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process);
+  return database ? database->activityWriter() : nullptr;
+}
+
+PropertyListArray descriptions(const std::vector<UIElement>& elements) {
+  PropertyListArray texts;
+  for (const UIElement& element : elements) {
+    texts.emplace_back(element.reference().description());
+  }
+  return texts;
+}
+
+PropertyListDictionary transcriptFields(const Activity& activity, std::uint64_t requests) {
+  PropertyListDictionary fields;
+  fields.setIfPresent("application", activity.application().localizedName);
+  fields.setIfPresent("applicationBundleIdentifier", activity.applicationBundleIdentifier());
+  fields.setIfPresent("applicationExecutableURL", activity.applicationExecutableURL());
+  fields.set("applicationProcessIdentifier", activity.applicationProcessIdentifier());
+  fields.set("isFullscreen", activity.isFullscreen);
+  fields.set("isShowingSavePanel", activity.isShowingSavePanel);
+  if (activity.accessibilityWindows) {
+    fields.set("accessibilityWindows", descriptions(*activity.accessibilityWindows));
+  }
+  fields.setIfPresent("windowTitle", activity.details.windowTitle);
+  fields.setIfPresent("documentTitle", activity.details.documentTitle);
+  fields.setIfPresent("documentPath", activity.details.documentPath);
+  fields.setIfPresent("contextPath", activity.details.contextPath);
+  fields.set("isPrivateBrowsing", activity.details.isPrivateBrowsing);
+  fields.set("requests", requests);
+  return fields;
+}
+
+}  // namespace
+
+struct InfoLogger::State {
+  explicit State(Process& owner) : process(owner) {}
+
+  void start();
+  void stop();
+  void sample();
+  std::optional<Activity> currentActivity();
+  template <class Step>
+  void guarded(std::string_view name, Step step);
+  void record(const std::optional<Activity>& activity, std::uint64_t requests) const;
+  void store(Date time, const std::optional<Activity>& activity);
+
+  Process& process;
+  InfoLoggerExtractor* extractor = nullptr;
+  InfoLoggerCallDetector* callDetector = nullptr;
+  bool hasReportedFailure = false;
+  std::unique_ptr<Timer> timer;       // null while tracking is off
+  std::shared_ptr<bool> firstSample;  // gone when the first sample is no longer wanted
+};
+
+void InfoLogger::State::start() {
+  if (timer) return;
+  RunLoop& runLoop = process.platform().runLoop;
+  timer = runLoop.scheduleEvery(samplingInterval(process), [this] { sample(); });
+  firstSample = std::make_shared<bool>(true);
+  runLoop.post([this, wanted = std::weak_ptr(firstSample)] {
+    if (!wanted.expired()) sample();
+  });
+}
+
+void InfoLogger::State::stop() {
+  if (!timer) return;
+  timer.reset();
+  firstSample.reset();
+  store(process.platform().clock.now(), std::nullopt);
+}
+
+void InfoLogger::State::sample() {
+  const Date time = process.platform().clock.now();
+  const std::uint64_t requestsBefore = process.platform().accessibility.requestCount();
+  auto activity = currentActivity();
+  if (activity) {
+    guarded("the application's extractor", [&] { extractor->callInfoExtractorFor(*activity); });
+    if (callDetector) {
+      guarded("the call detector", [&] { callDetector->updateCallStatusForActivity(*activity); });
+    }
+  }
+  record(activity, process.platform().accessibility.requestCount() - requestsBefore);
+  if (timer) store(time, activity);
+}
+
+std::optional<Activity> InfoLogger::State::currentActivity() {
+  std::optional<Activity> activity;
+  if (extractor) {
+    guarded("the probe", [&] { activity = extractor->getCurrentActivity(); });
+  }
+  return activity;
+}
+
+// What a step has found before it failed stays. Its message may hold a title, so it is not logged.
+template <class Step>
+void InfoLogger::State::guarded(std::string_view name, Step step) {
+  try {
+    step();
+  } catch (const std::exception&) {
+    if (hasReportedFailure) return;
+    hasReportedFailure = true;
+    process.platform().log.write(fmt::format(
+        "A sample is incomplete because {} failed. Later ones are not reported.", name));
+  }
+}
+
+void InfoLogger::State::record(const std::optional<Activity>& activity,
+                               std::uint64_t requests) const {
+  Transcript& transcript = process.platform().transcript;
+  if (!transcript.isActive()) return;
+  if (activity) {
+    transcript.record("activity", transcriptFields(*activity, requests));
+  } else {
+    transcript.record("noActivity", {});
+  }
+}
+
+void InfoLogger::State::store(Date time, const std::optional<Activity>& activity) {
+  ActivityWriter* writer = activityWriter(process);
+  if (!writer) return;
+  guarded("the activity store", [&] {
+    if (activity) {
+      writer->write(time, *activity);
+    } else {
+      writer->writeNoActivity(time);
+    }
+  });
+}
+
+InfoLogger::InfoLogger(Process& process) : state_(std::make_unique<State>(process)) {}
+InfoLogger::~InfoLogger() = default;
+
+void InfoLogger::setInfoExtractor(InfoLoggerExtractor* extractor) {
+  recordOperation(state_->process, "InfoLogger setInfoExtractor", {extractor != nullptr});
+  state_->extractor = extractor;
+}
+
+void InfoLogger::setCallDetector(InfoLoggerCallDetector* callDetector) {
+  recordOperation(state_->process, "InfoLogger setCallDetector", {callDetector != nullptr});
+  state_->callDetector = callDetector;
+}
+
+bool InfoLogger::shouldTrack() const {
+  return state_->timer != nullptr;
+}
+
+void InfoLogger::setShouldTrack(bool shouldTrack) {
+  recordOperation(state_->process, "InfoLogger setShouldTrack", {shouldTrack});
+  if (shouldTrack) {
+    state_->start();
+  } else {
+    state_->stop();
+  }
+}
+
+bool InfoLogger::prepareForShutdown(bool isRelaunch) {
+  recordOperation(state_->process, "InfoLogger prepareForShutdownWithIsRelaunch", {isRelaunch});
+  state_->stop();
+  if (ActivityWriter* writer = activityWriter(state_->process)) writer->flush();
+  return false;
+}
+
+}  // namespace kestro
