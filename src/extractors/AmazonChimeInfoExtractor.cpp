@@ -8,8 +8,7 @@ namespace {
 std::vector<std::string> conversationTexts(const AccessibilityElement& window) {
   std::vector<std::string> texts;
   const auto splitGroup = firstWithRole(role::splitGroup, window.children());
-  const auto group =
-      splitGroup ? firstWithRole(role::group, splitGroup->children()) : std::nullopt;
+  const auto group = splitGroup ? firstWithRole(role::group, splitGroup->children()) : std::nullopt;
   if (!group) return texts;
   for (const AccessibilityElement& child : group->children()) {
     if (child.role() != role::staticText) continue;

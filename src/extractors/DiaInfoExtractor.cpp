@@ -6,7 +6,9 @@
 namespace kestro {
 namespace {
 
-bool hasText(const std::optional<std::string>& text) { return text && !text->empty(); }
+bool hasText(const std::optional<std::string>& text) {
+  return text && !text->empty();
+}
 
 }  // namespace
 

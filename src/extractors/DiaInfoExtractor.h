@@ -16,8 +16,8 @@ class DiaInfoExtractor final : public KSApplicationInfoExtractor {
   Process& process_;
 };
 
-// The page title, with the window title's prefix behind it where the rest of the window title is the
-// beginning of the page title.
+// The page title, with the window title's prefix behind it where the rest of the window title is
+// the beginning of the page title.
 std::string diaTitle(std::string_view windowTitle, std::string_view pageTitle);
 
 }  // namespace kestro

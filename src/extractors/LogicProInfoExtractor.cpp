@@ -44,7 +44,8 @@ std::optional<std::string> dialogTitle(const AccessibilityElement& window) {
 
   const auto children = window.children();
   std::vector<std::optional<std::string>> roles;
-  for (const AccessibilityElement& child : children) roles.push_back(child.role());
+  for (const AccessibilityElement& child : children)
+    roles.push_back(child.role());
   const auto texts = valuesOf(withRole(role::staticText, children, roles));
   if (std::ranges::find(texts, *title) == texts.end()) return std::nullopt;
   const auto label = labelAmong(texts, *title);

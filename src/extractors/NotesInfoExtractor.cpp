@@ -49,9 +49,8 @@ AccessibilityElements listsOf(const AccessibilityElement& window) {
   const auto splitGroup = firstWithRole(role::splitGroup, window.children());
   if (!splitGroup) return {};
   auto scrollAreas = splitGroup->children();
-  std::erase_if(scrollAreas, [](const AccessibilityElement& child) {
-    return child.role() != role::scrollArea;
-  });
+  std::erase_if(scrollAreas,
+                [](const AccessibilityElement& child) { return child.role() != role::scrollArea; });
   return childrenOfAll(scrollAreas);
 }
 

@@ -45,9 +45,8 @@ std::set<std::string> privatePhrases(const Platform& platform) {
 }
 
 bool containsAny(const std::string& text, const std::set<std::string>& phrases) {
-  return std::ranges::any_of(phrases, [&](const std::string& phrase) {
-    return text.find(phrase) != std::string::npos;
-  });
+  return std::ranges::any_of(
+      phrases, [&](const std::string& phrase) { return text.find(phrase) != std::string::npos; });
 }
 
 // The title of the first item of the history menu, when that is the item that shows the history.
@@ -74,13 +73,14 @@ AccessibilityElement contentOf(const AccessibilityElement& window) {
 
 bool isAddressField(const AccessibilityElement& element) {
   const auto elementRole = element.role();
-  return elementRole && (*elementRole == role::textField ||
-                         elementRole->find("SearchField") != std::string::npos);
+  return elementRole &&
+         (*elementRole == role::textField || elementRole->find("SearchField") != std::string::npos);
 }
 
 AccessibilityElements groupsOf(const AccessibilityElement& toolbar) {
   auto groups = toolbar.children();
-  std::erase_if(groups, [](const AccessibilityElement& child) { return child.role() != role::group; });
+  std::erase_if(groups,
+                [](const AccessibilityElement& child) { return child.role() != role::group; });
   return groups;
 }
 

@@ -1,5 +1,7 @@
 #include "extractors/TitleParts.h"
 
+#include <fmt/format.h>
+
 namespace kestro {
 
 std::vector<std::string> titleParts(std::string_view title, std::string_view separator) {
@@ -11,6 +13,10 @@ std::vector<std::string> titleParts(std::string_view title, std::string_view sep
   }
   parts.emplace_back(title);
   return parts;
+}
+
+std::string joined(const std::vector<std::string>& parts, std::string_view separator) {
+  return fmt::format("{}", fmt::join(parts, separator));
 }
 
 }  // namespace kestro
