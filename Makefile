@@ -2,9 +2,8 @@
 # changed. `make help` lists them.
 .DEFAULT_GOAL := help
 SCENE ?= scenes/demo-day.json
-FORMAT ?= text
 
-.PHONY: help run run-json live test live-test lint bench sanitize fuzz clean
+.PHONY: help programs run run-json live test live-test lint bench sanitize fuzz clean
 
 help:
 	@echo "make run        play the demo day: a line for every change, and a summary"
@@ -17,19 +16,19 @@ help:
 	@echo "make fuzz       every fuzz target for a minute"
 	@echo "make bench      what a sample costs"
 
-build/release/bin/KestroHelper: FORCE
-	@scripts/setup build test
+# What people run, without the tests. Only what they print themselves goes to standard output.
+programs:
+	@scripts/setup build test >&2
 	@cmake --preset release >/dev/null
-	@cmake --build --preset release
-FORCE:
+	@cmake --build --preset release --target KestroHelper KestroReport >&2
 
-run: build/release/bin/KestroHelper
+run: programs
 	@scripts/play $(SCENE)
 
-run-json: build/release/bin/KestroHelper
+run-json: programs
 	@KESTRO_SCENE=$(SCENE) KESTRO_TRANSCRIPT=- build/release/bin/KestroHelper
 
-live: build/release/bin/KestroHelper
+live: programs
 	@KESTRO_TRANSCRIPT=- KESTRO_TRANSCRIPT_FORMAT=text build/release/bin/KestroHelper
 
 test:
@@ -38,7 +37,7 @@ test:
 	@cmake --build --preset debug
 	@ctest --preset debug -j2
 
-live-test: build/release/bin/KestroHelper
+live-test: programs
 	@scripts/setup live
 	@scripts/live-test
 
@@ -56,8 +55,9 @@ fuzz:
 	@scripts/setup build test fuzz
 	@scripts/fuzz
 
-bench: build/release/bin/KestroHelper
+bench: programs
 	@scripts/setup live
+	@cmake --build --preset release --target sample_benchmark x11_title_reader
 	@scripts/bench
 
 clean:

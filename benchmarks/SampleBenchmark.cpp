@@ -39,8 +39,9 @@ void sample(benchmark::State& state, const std::string& bundleIdentifier, int no
     probe.callInfoExtractorForActivity(*activity);
     benchmark::DoNotOptimize(activity);
   }
-  state.counters["requests"] = benchmark::Counter(
-      static_cast<double>(accessibility.requestCount() - before), benchmark::Counter::kAvgIterations);
+  state.counters["requests"] =
+      benchmark::Counter(static_cast<double>(accessibility.requestCount() - before),
+                         benchmark::Counter::kAvgIterations);
 }
 
 BENCHMARK_CAPTURE(sample, small_tree, "com.example.editor", 30);

@@ -57,13 +57,22 @@ std::optional<std::string> UIElementUtilities::descriptionOfValue(
 
 std::string UIElementUtilities::descriptionOfElement(const UIElement& element) const {
   const auto role = valueOfAttribute("AXRole", element);
-  if (!role) {
-    return fmt::format("<AXUIElement {}> {{pid={}}}", element.reference().description(),
-                       processIdentifierOfUIElement(element));
-  }
+  if (!role) return genericDescriptionOfElement(element);
   const auto title = valueOfAttribute("AXTitle", element);
-  if (!title) return fmt::format("<{}>", genericDescription(*role));
-  return fmt::format("<{}: “{}”>", genericDescription(*role), genericDescription(*title));
+  if (!title) return fmt::format("<{}>", descriptionOfPart(*role));
+  return fmt::format("<{}: “{}”>", descriptionOfPart(*role), descriptionOfPart(*title));
+}
+
+std::string UIElementUtilities::genericDescriptionOfElement(const UIElement& element) const {
+  return fmt::format("<AXUIElement {}> {{pid={}}}", element.reference().description(),
+                     processIdentifierOfUIElement(element));
+}
+
+// A role or title is normally a text. An element there is not asked for its own.
+std::string UIElementUtilities::descriptionOfPart(const AttributeValue& value) const {
+  const auto* element = value.get<UIElement>();
+  if (element) return genericDescriptionOfElement(*element);
+  return descriptionOfValue(value, Verbosity::brief).value_or("");
 }
 
 std::optional<std::string> UIElementUtilities::descriptionForUIElement(const UIElement& element,

@@ -87,6 +87,8 @@ class UIElementUtilities {
 
  private:
   std::string descriptionOfElement(const UIElement& element) const;
+  std::string genericDescriptionOfElement(const UIElement& element) const;
+  std::string descriptionOfPart(const AttributeValue& value) const;
   std::string attributesDescription(const UIElement& element) const;
   std::string actionsDescription(const UIElement& element) const;
 

@@ -29,7 +29,7 @@ class KSHelperAppDelegate final : public InfoLoggerExtractor {
   void applicationWillTerminate();
 
   Process& process_;
-  KSInfoExtractor& probe_;  // of the process; made with the delegate, before anything else
+  KSInfoExtractor& probe_;
 };
 
 }  // namespace kestro

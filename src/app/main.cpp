@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <system_error>
 
 #include "app/runHelper.h"
 #include "platform/TimeZone.h"
@@ -119,7 +120,11 @@ class Helper {
 int main(int argumentCount, char** arguments) {
   auto settings = kestro::readSettings();
   if (const auto* reason = std::get_if<std::string>(&settings)) return kestro::refuse(*reason);
-  return kestro::Helper(std::get<kestro::Settings>(std::move(settings)),
-                        {arguments + 1, arguments + argumentCount})
-      .run();
+  kestro::Helper helper(std::get<kestro::Settings>(std::move(settings)),
+                        {arguments + 1, arguments + argumentCount});
+  try {
+    return helper.run();
+  } catch (const std::system_error& failure) {  // a data directory that cannot be made
+    return kestro::refuse(failure.what());
+  }
 }

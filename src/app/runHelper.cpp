@@ -4,17 +4,17 @@
 #include "platform/Desktop.h"
 #include "platform/RunLoop.h"
 #include "platform/Transcript.h"
+#include "probe/KSInfoExtractor.h"
 
 namespace kestro {
 namespace {
 
 int runProcessLife(Platform& platform) {
   Process process(platform);
+  process.shared<KSInfoExtractor>();  // the registry is filled before anything else
   KSHelperAppDelegate delegate(process);
   delegate.awakeFromNib();
-  const int exitStatus = platform.runLoop.run();
-  platform.transcript.record("exit", {{"status", exitStatus}});
-  return exitStatus;
+  return platform.runLoop.run();
 }
 
 }  // namespace
@@ -23,6 +23,7 @@ int runHelper(Desktop& desktop) {
   int exitStatus = 0;
   do {
     exitStatus = runProcessLife(desktop.platform());
+    desktop.platform().transcript.record("exit", {{"status", exitStatus}});
   } while (desktop.beginNextProcessLife());
   return exitStatus;
 }

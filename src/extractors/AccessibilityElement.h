@@ -88,7 +88,7 @@ class AccessibilityElement {
 using AccessibilityElements = AccessibilityElement::List;
 
 // The depth that callers pass to searches when they want to search as deep as allowed: the
-// preference AXUIElement_maxRecursionLevel, 20 when absent, read once per process.
+// preference AXUIElement_maxRecursionLevel, 20 when absent, 1000 at most, read once per process.
 std::int64_t maxRecursionLevel(Process& process);
 
 // The windows that the probe stored in the activity; empty when it stored none.
@@ -117,3 +117,10 @@ std::vector<std::string> windowTitles(Process& process,
                                       const std::vector<RunningApplication>& applications);
 
 }  // namespace kestro
+
+template <>
+struct std::hash<kestro::AccessibilityElement> {
+  std::size_t operator()(const kestro::AccessibilityElement& element) const {
+    return element.handle().hash();
+  }
+};

@@ -2,8 +2,8 @@
 
 #include <unicode/regex.h>
 
-#include <cassert>
 #include <cstdint>
+#include <stdexcept>
 
 namespace kestro {
 namespace {
@@ -59,7 +59,7 @@ std::optional<RegularExpression> RegularExpression::compile(std::string_view pat
 
 RegularExpression::RegularExpression(std::string_view pattern) {
   auto expression = compile(pattern);
-  assert(expression);
+  if (!expression) throw std::invalid_argument("not a regular expression: " + std::string(pattern));
   compiled_ = std::move(expression->compiled_);
 }
 

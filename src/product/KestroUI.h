@@ -93,10 +93,11 @@ class Hint {
   std::string name_;
 };
 
-// The title without `prefixOrSuffix` where it stands at either end, joined to the rest by a
-// separator: a dash, bar, bullet, middle dot, colon or slash with white space around it, or white
-// space and a bracketed form. White space around what is compared and returned is trimmed. When the
-// whole title is that text: absent if `alsoRemoveIfFullString`, else the title.
+// The title without `prefixOrSuffix`, once at either end, where a separator joins it to the rest: a
+// dash, bar, bullet, middle dot, colon or slash with white space around it (a colon may follow the
+// word before it at once), or white space and a bracketed form. The word is compared exactly and
+// stays where it is only part of another. White space around what is compared and returned is
+// trimmed. When nothing but that text remains: absent if `alsoRemoveIfFullString`, else that text.
 std::optional<std::string> removingTitlePrefixesAndSuffixes(std::string_view title,
                                                             std::string_view prefixOrSuffix,
                                                             bool alsoRemoveIfFullString);

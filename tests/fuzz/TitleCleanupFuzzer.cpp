@@ -1,5 +1,5 @@
-// Titles of any bytes through the clean-up: it never crashes, leaves no direction mark in the window
-// title, and makes no title longer than its broken bytes explain.
+// Titles of any bytes through the clean-up: it never crashes, leaves no direction mark in the
+// window title, and makes no title longer than its broken bytes explain.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>

@@ -29,11 +29,11 @@ class CollectingWriter final : public TranscriptWriter {
 
 std::unique_ptr<Desktop> makeDesktop(std::string_view text,
                                      std::unique_ptr<TranscriptWriter> writer) {
-  auto scene = loadSceneText(text, "scene of the test");
-  if (const auto* error = std::get_if<SceneError>(&scene)) endWith(error->message);
   DesktopOptions options;
   options.transcriptWriter = std::move(writer);
-  return makeSceneDesktop(std::get<Scene>(std::move(scene)), std::move(options));
+  auto made = makeSceneDesktopFromText(text, "scene of the test", std::move(options));
+  if (const auto* error = std::get_if<SceneError>(&made)) endWith(error->message);
+  return std::get<std::unique_ptr<Desktop>>(std::move(made));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// A process life on a scripted desktop, for tests of what reads other applications. The run loop does
-// not run: a test calls what it tests itself.
+// A process life on a scripted desktop, for tests of what reads other applications. The run loop
+// does not run: a test calls what it tests itself.
 #pragma once
 
 #include <memory>

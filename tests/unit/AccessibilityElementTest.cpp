@@ -12,7 +12,8 @@ namespace {
 
 // root ─ a ─ a1 ─ deep(x)
 //      └ b(x)
-constexpr const char* tree = R"({"applications": [{"pid": 1, "name": "A", "accessibility": {"children": [
+constexpr const char* tree =
+    R"({"applications": [{"pid": 1, "name": "A", "accessibility": {"children": [
   {"id": "root", "AXRole": "AXGroup", "children": [
     {"id": "a", "AXRole": "AXGroup", "children": [
       {"id": "a1", "AXRole": "AXGroup", "children": [{"id": "deep", "AXRole": "AXButton", "AXSubrole": "AXTarget"}]}]},
@@ -40,7 +41,7 @@ TEST_F(AccessibilityElementTest, searchesToTheDepthGiven) {
   } const cases[] = {
       {"root", "AXGroup", -1, "root"}, {"root", "AXGroup", 0, "root"},
       {"root", "AXButton", 0, "none"}, {"root", "AXButton", 1, "b"},
-      {"root", "AXButton", 2, "b"},    // deep lies one level too low
+      {"root", "AXButton", 2, "b"},     // deep lies one level too low
       {"root", "AXButton", 3, "deep"},  // the earlier branch wins over the shallower match
       {"a", "AXButton", 1, "none"},    {"a", "AXButton", 2, "deep"},
       {"b", "AXGroup", 9, "none"},
@@ -57,14 +58,18 @@ TEST_F(AccessibilityElementTest, followsFirstChildrenOnly) {
     const char* wanted;
     std::int64_t depth;
     const char* found;
-  } const cases[] = {{"root", 0, "root"}, {"root", -1, "none"}, {"deep", 3, "deep"},
-                     {"deep", 2, "none"}, {"b", 9, "none"}};
-  for (const auto& [wanted, depth, found] : cases) {
+  } const cases[] = {{"root", 0, "root"},
+                     {"root", -1, "none"},
+                     {"deep", 3, "deep"},
+                     {"deep", 2, "none"},
+                     {"b", 9, "none"}};
+  for (const auto& [wantedId, depth, found] : cases) {
+    const AccessibilityElement wanted = element(wantedId);
     const auto isWanted = [&](const AccessibilityElement& candidate) {
-      return candidate == element(wanted);
+      return candidate == wanted;
     };
     EXPECT_EQ(idOf(element("root").firstAlongFirstChildren(depth, isWanted)), found)
-        << wanted << " " << depth;
+        << wantedId << " " << depth;
   }
 }
 
@@ -162,14 +167,15 @@ TEST(AccessibilityDescription, describesSubtreesToADepth) {
   EXPECT_EQ(treeDescription(window, 1),
             top + "\n|\t(0) role='AXGroup' title='two\n|\t(0) lines' url='a:b'\n|\t(1) ");
   EXPECT_EQ(treeDescription(window, 9),
-            top + "\n|\t(0) role='AXGroup' title='two\n|\t(0) lines' url='a:b'"
-                  "\n|\t(0) |\t(0) role='AXButton' identifier='i'\n|\t(1) ");
+            top +
+                "\n|\t(0) role='AXGroup' title='two\n|\t(0) lines' url='a:b'"
+                "\n|\t(0) |\t(0) role='AXButton' identifier='i'\n|\t(1) ");
 }
 
 TEST(Box, sharesItsValue) {
   const Box<int> box(3);
-  const Box<int> copy = box;
-  copy.value() = 4;
+  const auto capturing = [box] { box.value() = 4; };
+  capturing();
   EXPECT_EQ(box.description(), "Box(4)");
   EXPECT_EQ(box, Box<int>(4));
   EXPECT_EQ(std::hash<Box<int>>{}(box), std::hash<int>{}(4));

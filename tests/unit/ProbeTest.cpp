@@ -62,15 +62,16 @@ TEST(WindowTitleCleanup, removesMarkers) {
 }
 
 std::string_view extractorOf(SceneProcess& scene, const char* bundleIdentifier) {
-  const auto* extractor = scene.process()
-                              .shared<KSInfoExtractor>()
-                              .registeredApplicationInfoExtractorForBundleIdentifier(
-                                  std::string(bundleIdentifier));
+  const auto* extractor =
+      scene.process()
+          .shared<KSInfoExtractor>()
+          .registeredApplicationInfoExtractorForBundleIdentifier(std::string(bundleIdentifier));
   return extractor ? extractor->name : "none";
 }
 
 TEST(Registry, givesEachApplicationItsExtractor) {
-  SceneProcess scene(R"({"defaults": {"KSInfoExtractor_extraBundleIdentifier_safari": "org.mozilla.firefox",
+  SceneProcess scene(
+      R"({"defaults": {"KSInfoExtractor_extraBundleIdentifier_safari": "org.mozilla.firefox",
     "KSInfoExtractor_extraBundleIdentifier_firefox": "", "KSInfoExtractor_extraBundleIdentifier_webAreaURL": ["io.productive"]}})");
   struct {
     const char* bundleIdentifier;
@@ -78,7 +79,8 @@ TEST(Registry, givesEachApplicationItsExtractor) {
   } const cases[] = {
       {"com.apple.FinalCutPro10", "FinalCutInfoExtractor"},
       {"org.mozilla.nightly", "FirefoxInfoExtractor"},
-      {"org.mozilla.firefox", "SafariInfoExtractor"},  // the later registration replaces the earlier
+      {"org.mozilla.firefox",
+       "SafariInfoExtractor"},  // the later registration replaces the earlier
       {"com.apple.Safari", "SafariInfoExtractor"},
       {"com.apple.safari", "none"},
       {"company.thebrowser.dia", "DiaInfoExtractor"},

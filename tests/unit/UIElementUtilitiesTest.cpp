@@ -110,8 +110,7 @@ TEST(UIElementUtilities, convertsBetweenTheScreenCoordinateSystems) {
   struct {
     Point cocoa, carbon;
   } const cases[] = {
-      {{0, 0}, {0, 1079}},
-      {{10.5, 1079.5}, {10.5, -0.5}},
+      {{0, 0}, {0, 1079}},         {{10.5, 1079.5}, {10.5, -0.5}},
       {{1920, 1079}, {1920, 120}},  // on the second screen: the left edge belongs to it
       {{1910, 10}, {1910, 39}},     // on two screens: the later one counts
       {{0, 1080}, {0, 0}},          // above the top edge
@@ -142,8 +141,11 @@ TEST(UIElementUtilities, readsNumbersAndTextsByType) {
     std::optional<double> number;
     std::optional<std::string> text;
   } const cases[] = {
-      {"true", 1, std::nullopt}, {"0.5", 0.5, std::nullopt}, {R"("1")", std::nullopt, "1"},
-      {R"("")", std::nullopt, ""}, {"null", std::nullopt, std::nullopt},
+      {"true", 1, std::nullopt},
+      {"0.5", 0.5, std::nullopt},
+      {R"("1")", std::nullopt, "1"},
+      {R"("")", std::nullopt, ""},
+      {"null", std::nullopt, std::nullopt},
   };
   for (const auto& [value, number, text] : cases) {
     SceneProcess scene(withAttribute(value));

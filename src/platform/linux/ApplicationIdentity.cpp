@@ -63,7 +63,8 @@ const DesktopEntry* findByIdentifier(const std::vector<DesktopEntry>& entries,
         find(entries, [&](const auto& each) { return lowerCase(each.identifier) == wanted; });
     if (entry) return entry;
   }
-  const std::string ending = "." + lowerCase(traits.className);
+  std::string ending = ".";
+  ending += lowerCase(traits.className);
   if (ending.size() == 1) return nullptr;
   return find(entries,
               [&](const auto& each) { return lowerCase(each.identifier).ends_with(ending); });

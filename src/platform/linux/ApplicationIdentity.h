@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 
 #include "platform/Workspace.h"
 #include "platform/linux/DesktopEntries.h"
@@ -18,7 +19,11 @@ struct ApplicationTraits {
   std::string instanceName;
   std::string className;
   std::string executablePath;
-  auto operator<=>(const ApplicationTraits&) const = default;
+  bool operator<(const ApplicationTraits& other) const {
+    return std::tie(executablePath, instanceName, className, gtkApplicationIdentifier) <
+           std::tie(other.executablePath, other.instanceName, other.className,
+                    other.gtkApplicationIdentifier);
+  }
 };
 
 // The desktop entry that fits best, by the first rule that finds one: the GTK application

@@ -38,9 +38,12 @@ AccessibilityResult<AtspiObject> AtspiApplications::root(ProcessIdentifier proce
   return found->second;
 }
 
-void AtspiApplications::forget(ProcessIdentifier process) {
-  roots_.erase(process);
+bool AtspiApplications::forgetIfGone(ProcessIdentifier process) {
+  const auto known = roots_.find(process);
+  if (known == roots_.end() || connection_.isSilenced(known->second.busName)) return false;
+  roots_.erase(known);
   hasListedRoots_ = false;
+  return true;
 }
 
 void AtspiApplications::findRoots() {

@@ -21,8 +21,9 @@ class AtspiApplications {
   // cannotComplete: the process is stopped, or lets its requests time out, or shows no tree. Costs
   // no request for a process that is known, and one a sample for one that shows no tree.
   AccessibilityResult<AtspiObject> root(ProcessIdentifier process);
-  // Call when the root has turned out to be gone: the process may have another by now.
-  void forget(ProcessIdentifier process);
+  // Call when the root has not answered. True when it was not just slow, so that it is worth asking
+  // for another root.
+  bool forgetIfGone(ProcessIdentifier process);
 
   // At most two requests for an application that is asked about first, none later.
   AtspiToolkit toolkit(const AtspiObject& object);

@@ -2,9 +2,9 @@
 // (atspi-constants.h). Numbers, because the names of roles differ between toolkits.
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace kestro {
@@ -14,7 +14,10 @@ struct AtspiObject {
   std::string path;
 
   bool isNull() const { return busName.empty() || path.empty() || path == "/org/a11y/atspi/null"; }
-  auto operator<=>(const AtspiObject&) const = default;
+  bool operator==(const AtspiObject&) const = default;
+  bool operator<(const AtspiObject& other) const {
+    return std::tie(path, busName) < std::tie(other.path, other.busName);
+  }
 };
 
 inline constexpr const char* atspiRootPath = "/org/a11y/atspi/accessible/root";

@@ -225,8 +225,10 @@ AccessibilityResult<AtspiObject> AtspiReader::focusedDescendant(const AtspiObjec
   constexpr std::int32_t focusedBit = 1 << static_cast<int>(AtspiState::focused);
   auto request = connection_.request(object, "org.a11y.atspi.Collection", "GetMatches");
   if (request) {
+    // States, attributes, roles and interfaces, each with how they match: for an empty list of
+    // interfaces only ALL lets everything through.
     sd_bus_message_append(request.get(), "(aiia{ss}iaiiasib)uib", 2, focusedBit, 0, matchAll, 0,
-                          matchAny, 0, matchAny, 0, matchAny, 0, documentOrder, 1, 1);
+                          matchAny, 0, matchAny, 0, matchAll, 0, documentOrder, 1, 1);
   }
   const auto found = objectsOf(connection_.call(request));
   if (!found.value) return found.error;
@@ -251,6 +253,7 @@ void AtspiReader::prefetchForMatching(const std::vector<AtspiObject>& windows) {
 
 void AtspiReader::prefetchRoles(const std::vector<AtspiObject>& objects) {
   std::vector<MessagePointer> requests;
+  requests.reserve(objects.size());
   for (const AtspiObject& object : objects) {
     requests.push_back(connection_.request(object, accessible, "GetRole"));
   }

@@ -8,9 +8,8 @@ AccessibilityResult<std::vector<AtspiObject>> AtspiWindows::windows(ProcessIdent
   const auto root = applications_.root(process);
   if (!root.value) return root.error;
   auto objects = reader_.children(*root.value);
-  if (objects.value || objects.error == AccessibilityError::failure) return objects;
-  // The root that was known may be one of an earlier connection of the process.
-  applications_.forget(process);
+  if (objects.value || !applications_.forgetIfGone(process)) return objects;
+  // The process may have another connection by now.
   const auto newRoot = applications_.root(process);
   if (!newRoot.value || *newRoot.value == *root.value) return objects;
   return reader_.children(*newRoot.value);
@@ -43,6 +42,7 @@ std::optional<AtspiObject> AtspiWindows::match(const std::vector<AtspiObject>& o
   if (auto known = lastMatch(objects, window)) return known;
   reader_.prefetchForMatching(objects);
   std::vector<AccessibleWindow> candidates;
+  candidates.reserve(objects.size());
   for (const AtspiObject& object : objects)
     candidates.push_back(accessibleWindow(object));
   const auto best = bestMatch(candidates, window);

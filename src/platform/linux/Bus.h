@@ -32,7 +32,7 @@ class BusError {
   sd_bus_error* get() { return &error_; }
 
  private:
-  sd_bus_error error_ = SD_BUS_ERROR_NULL;
+  sd_bus_error error_{};  // as SD_BUS_ERROR_NULL
 };
 
 }  // namespace kestro

@@ -33,7 +33,7 @@ std::string ElementAttributes::viewClass(const AtspiObject& object) {
   const auto attributes = reader_.attributes(object);
   if (!attributes.value) return {};
   const auto found = attributes.value->find("class");
-  const std::string name = found == attributes.value->end() ? std::string() : found->second;
+  std::string name = found == attributes.value->end() ? std::string() : found->second;
   viewClasses_[object] = name;
   return name;
 }

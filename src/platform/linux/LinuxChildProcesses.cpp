@@ -66,6 +66,7 @@ ExitStatus reap(pid_t process) {
 
 std::vector<char*> argumentPointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (std::string& text : texts)
     pointers.push_back(text.data());
   pointers.push_back(nullptr);

@@ -43,7 +43,10 @@ class EventTimer final : public Timer {
     sd_event_add_time(event, &source_, CLOCK_MONOTONIC, state_->due, timerAccuracy, onTime,
                       state_.get());
   }
-  ~EventTimer() override { sd_event_source_disable_unref(source_); }
+  ~EventTimer() override {
+    state_->isCancelled = true;
+    sd_event_source_disable_unref(source_);
+  }
   EventTimer(const EventTimer&) = delete;
   EventTimer& operator=(const EventTimer&) = delete;
 
@@ -55,15 +58,17 @@ class EventTimer final : public Timer {
     RunLoop::Task task;
     Microseconds interval;  // 0: once
     Microseconds due;
+    bool isCancelled = false;
     std::weak_ptr<State> self = {};
   };
 
   static int onTime(sd_event_source* source, std::uint64_t, void* context) {
     const auto state = static_cast<State*>(context)->self.lock();
     if (!state) return 0;
-    if (state->interval > 0) rearm(source, *state);
     const RunLoop::Task task = state->task;
     state->loop.perform(task);
+    // After the task: multiples of the interval that went by while it ran are left out.
+    if (state->interval > 0 && !state->isCancelled) rearm(source, *state);
     return 0;
   }
   // Skips the multiples of the interval that have already gone by.

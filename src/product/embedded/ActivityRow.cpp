@@ -8,7 +8,7 @@ namespace kestro {
 namespace {
 
 // A page may be a whole image inside its address. Nobody looks for the rest of such a text.
-constexpr std::size_t longestText = 16'384;
+constexpr std::size_t longestText = 8192;
 
 bool isContinuationByte(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;

@@ -21,8 +21,8 @@ using std::chrono::milliseconds;
 constexpr Seconds flushInterval{10.0};
 // How much later than expected a sample can be because other applications were slow to answer.
 constexpr milliseconds messagingTimeout{2000};
-// A day of an outage in which something changes every few seconds.
-constexpr std::size_t mostRowsHeldBack = 10'000;
+// Hours of an outage in which something changes every few seconds.
+constexpr std::size_t mostRowsHeldBack = 5000;
 
 }  // namespace
 
@@ -54,6 +54,7 @@ struct ActivityWriter::State {
   Instant limit = Instant::max();  // where the open row meets one that is recorded already
   Instant latestEnd;               // of all rows, recorded or held back
   bool isFailing = false;
+  std::size_t droppedRows = 0;  // in this outage
   std::unique_ptr<Timer> flushTimer;
 };
 
@@ -91,7 +92,8 @@ void ActivityWriter::State::close(Instant time) {
   // When the clock went back, `time` says nothing about when the row ended.
   if (time >= lastSample && time < row.end) setEnd(row, std::max(time, row.start));
   if (isLatest) latestEnd = row.end;
-  if (row.isUnsaved && !row.identifier && row.start == row.end) rows.pop_back();
+  const bool isEmpty = !row.identifier && row.start == row.end;
+  if (isEmpty || !row.isUnsaved) rows.pop_back();
 }
 
 // Asks the table, which then has to hold every row.
@@ -144,12 +146,15 @@ void ActivityWriter::State::noteFailure(const SQLite::Exception& failure) {
 void ActivityWriter::State::noteSuccess() {
   if (!isFailing) return;
   isFailing = false;
-  process.platform().log.write("Activities are saved again.");
+  process.platform().log.write(
+      fmt::format("Activities are saved again; {} were too many to keep.", droppedRows));
+  droppedRows = 0;
 }
 
 void ActivityWriter::State::keepWithinBounds() {
   if (rows.size() <= mostRowsHeldBack) return;
   rows.pop_front();
+  ++droppedRows;
 }
 
 ActivityWriter::ActivityWriter(Process& process, DatabaseWrapper& database)

@@ -1,8 +1,6 @@
 #include <unicode/uchar.h>
 
-#include <algorithm>
 #include <array>
-#include <utility>
 
 #include "product/KestroUI.h"
 #include "product/embedded/UnicodeText.h"
@@ -20,13 +18,13 @@ bool isSeparator(const CodePoint& point) {
          others.find(static_cast<char32_t>(point.value)) != std::u32string_view::npos;
 }
 
+// An end of the text counts as white space: nothing follows a dangling separator.
 bool startsWithWhiteSpace(std::string_view text) {
-  return trimmingWhiteSpace(text).empty() || trimmingWhiteSpace(text).data() != text.data();
+  return text.empty() || isWhiteSpace(firstCodePoint(text));
 }
 
 bool endsWithWhiteSpace(std::string_view text) {
-  const std::string_view trimmed = trimmingWhiteSpace(text);
-  return trimmed.empty() || trimmed.data() + trimmed.size() != text.data() + text.size();
+  return text.empty() || isWhiteSpace(lastCodePoint(text));
 }
 
 // What follows the separator at the start of `text`, if there is one with white space around it. A
@@ -34,7 +32,7 @@ bool endsWithWhiteSpace(std::string_view text) {
 std::optional<std::string_view> afterSeparator(std::string_view text) {
   const std::string_view trimmed = trimmingWhiteSpace(text);
   if (trimmed.empty()) return std::nullopt;
-  const CodePoint separator = codePoints(trimmed).front();
+  const CodePoint separator = firstCodePoint(trimmed);
   if (!isSeparator(separator)) return std::nullopt;
   if (!startsWithWhiteSpace(text) && separator.value != ':') return std::nullopt;
   const std::string_view rest = trimmed.substr(separator.bytes.size());
@@ -45,7 +43,7 @@ std::optional<std::string_view> afterSeparator(std::string_view text) {
 std::optional<std::string_view> beforeSeparator(std::string_view text) {
   const std::string_view trimmed = trimmingWhiteSpace(text);
   if (trimmed.empty() || !endsWithWhiteSpace(text)) return std::nullopt;
-  const CodePoint separator = codePoints(trimmed).back();
+  const CodePoint separator = lastCodePoint(trimmed);
   if (!isSeparator(separator)) return std::nullopt;
   const std::string_view rest = trimmed.substr(0, trimmed.size() - separator.bytes.size());
   if (!endsWithWhiteSpace(rest) && separator.value != ':') return std::nullopt;

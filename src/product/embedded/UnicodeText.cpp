@@ -17,6 +17,20 @@ CodePoint codePointAt(std::string_view text, std::size_t offset) {
   return {value, text.substr(offset, end - offset)};
 }
 
+}  // namespace
+
+std::vector<CodePoint> codePoints(std::string_view text) {
+  std::vector<CodePoint> points;
+  for (std::size_t offset = 0; offset < text.size(); offset += points.back().bytes.size()) {
+    points.push_back(codePointAt(text, offset));
+  }
+  return points;
+}
+
+CodePoint firstCodePoint(std::string_view text) {
+  return codePointAt(text, 0);
+}
+
 // Ill-formed bytes are taken one by one.
 CodePoint lastCodePoint(std::string_view text) {
   constexpr std::size_t longestSequence = 4;
@@ -26,16 +40,6 @@ CodePoint lastCodePoint(std::string_view text) {
     if (point.value >= 0 && point.bytes.size() == length) return point;
   }
   return codePointAt(text, text.size() - 1);
-}
-
-}  // namespace
-
-std::vector<CodePoint> codePoints(std::string_view text) {
-  std::vector<CodePoint> points;
-  for (std::size_t offset = 0; offset < text.size(); offset += points.back().bytes.size()) {
-    points.push_back(codePointAt(text, offset));
-  }
-  return points;
 }
 
 std::vector<std::string_view> graphemeClusters(std::string_view text) {
@@ -63,7 +67,7 @@ bool isWhiteSpace(const CodePoint& codePoint) {
 
 std::string_view trimmingWhiteSpace(std::string_view text) {
   while (!text.empty()) {
-    const CodePoint first = codePointAt(text, 0);
+    const CodePoint first = firstCodePoint(text);
     if (!isWhiteSpace(first)) break;
     text.remove_prefix(first.bytes.size());
   }

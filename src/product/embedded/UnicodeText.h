@@ -15,6 +15,9 @@ struct CodePoint {
 };
 
 std::vector<CodePoint> codePoints(std::string_view text);
+// Of a text that is not empty.
+CodePoint firstCodePoint(std::string_view text);
+CodePoint lastCodePoint(std::string_view text);
 // What a reader counts as characters.
 std::vector<std::string_view> graphemeClusters(std::string_view text);
 

@@ -1,0 +1,83 @@
+// What happens on a scripted desktop, and when. Plain values.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+#include "platform/scene/SceneState.h"
+
+namespace kestro {
+
+// Keys with their new values; a key without one is removed.
+using PropertyListChanges = std::vector<std::pair<std::string, std::optional<PropertyList>>>;
+
+void applyChanges(PropertyListDictionary& dictionary, const PropertyListChanges& changes);
+
+struct SetStep {
+  ElementIndex element;
+  SceneElementContents changes;
+};
+struct FrontmostStep {
+  std::optional<ProcessIdentifier> process;
+};
+struct WindowsStep {
+  std::vector<WindowEntry> windows;
+};
+struct LaunchStep {
+  std::size_t application;
+};
+struct QuitStep {
+  ProcessIdentifier process;
+};
+struct SystemStep {
+  std::optional<std::string> version;
+  std::optional<std::vector<std::string>> languages;
+  std::optional<std::vector<Rect>> screens;
+  std::optional<bool> accessibilityTrusted;
+  std::optional<bool> screenCaptureAccess;
+};
+struct ProductStep {
+  PropertyListChanges changes;
+};
+struct PreferencesStep {
+  ScenePreferences SceneState::*preferences;
+  PropertyListChanges changes;
+};
+// Domain by domain; one without changes can no longer be opened.
+struct SuitesStep {
+  std::vector<std::pair<std::string, std::optional<PropertyListChanges>>> suites;
+};
+struct WriteFileStep {
+  std::map<std::string, SceneFile, std::less<>> files;
+};
+struct RemoveFileStep {
+  std::string path;
+};
+struct AssertionsStep {
+  SceneAssertions assertions;
+};
+struct RequestTerminationStep {};
+struct RestartStep {
+  std::optional<std::vector<std::string>> arguments;  // absent: as before
+};
+
+using SceneEvent =
+    std::variant<SetStep, FrontmostStep, WindowsStep, LaunchStep, QuitStep, SystemStep, ProductStep,
+                 PreferencesStep, SuitesStep, WriteFileStep, RemoveFileStep, AssertionsStep,
+                 RequestTerminationStep, RestartStep>;
+
+struct SceneStep {
+  Seconds at{0};  // after the start of the scene
+  SceneEvent event;
+};
+
+void applySystemChanges(SceneSystem& system, const SystemStep& changes);
+
+// What the step changes on the desktop itself: nothing for those that concern the helper's process.
+void applyStep(SceneState& state, const SceneEvent& event);
+
+}  // namespace kestro

@@ -1,0 +1,217 @@
+"""Real applications on a real display, read by the real helper. Run by scripts/live-test."""
+
+import os
+import pathlib
+import signal
+import unittest
+
+import processes
+from helper import Helper
+from processes import press, run, wait_until
+
+# The helper's own bound on a request to another application, and some for a busy machine.
+LONGEST_SAMPLE = 2.0 + 1.5
+SAMPLING_INTERVAL = 1.0
+
+
+class LiveTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.helper = Helper()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.helper.program.end()
+
+    def start(self, program):
+        self.addCleanup(program.end)
+        return program
+
+    def write_note(self, name):
+        path = pathlib.Path(os.environ["HOME"]) / name
+        path.write_text("A note.\n")
+        return path
+
+    def start_mousepad(self, name):
+        program = self.start(processes.mousepad(self.write_note(name)))
+        sample = self.helper.wait_for_activity(
+            f"the window of {name}",
+            lambda each: name in each.get("windowTitle", "") and each.get("accessibilityWindows"))
+        return program, sample
+
+    def check_that_samples_keep_coming(self, after, count=3):
+        times = [after] + [sample["t"] for sample in self.helper.wait_for_samples(count, after)]
+        gaps = [later - earlier for earlier, later in zip(times, times[1:])]
+        self.assertLess(max(gaps), LONGEST_SAMPLE + SAMPLING_INTERVAL, times)
+
+
+class EditorTest(LiveTest):
+    def test_title_and_identity(self):
+        _, sample = self.start_mousepad("title.txt")
+        self.assertEqual(sample["applicationBundleIdentifier"], "org.xfce.mousepad")
+        self.assertFalse(sample["isFullscreen"])
+        self.assertNotIn("documentPath", sample)
+        self.assertLessEqual(self.helper.samples()[-1].get("requests", 0), 16)
+
+    def test_two_monitors(self):
+        self.start_mousepad("monitors.txt")
+        run("xrandr", "--setmonitor", "LEFT", "800/210x1000/260+0+0", "screen")
+        self.addCleanup(run, "xrandr", "--delmonitor", "LEFT")
+        run("xrandr", "--setmonitor", "RIGHT", "800/210x1000/260+800+0", "none")
+        self.addCleanup(run, "xrandr", "--delmonitor", "RIGHT")
+        before = self.helper.now()
+        press("F11")
+        self.helper.wait_for_activity("full screen on one monitor of two",
+                                      lambda sample: sample["isFullscreen"], after=before)
+        before = self.helper.now()
+        press("F11")
+        self.helper.wait_for_activity("no full screen again",
+                                      lambda sample: not sample["isFullscreen"], after=before)
+
+    def test_stopped_application(self):
+        editor, _ = self.start_mousepad("stopped.txt")
+        editor.signal(signal.SIGSTOP)
+        before = self.helper.now()
+        self.check_that_samples_keep_coming(before)
+        # The window server still knows the title.
+        self.helper.wait_for_activity("the title of the stopped application",
+                                      lambda each: "stopped.txt" in each.get("windowTitle", ""),
+                                      after=before)
+        self.start(processes.qt_application("Another application"))
+        sample = self.helper.wait_for_title("Another application", after=before)
+        self.assertTrue(sample["accessibilityWindows"])
+        editor.signal(signal.SIGCONT)
+
+
+class QtTest(LiveTest):
+    def start_window(self, title):
+        self.start(processes.qt_application(title))
+        return self.helper.wait_for_activity(
+            f"the window {title}",
+            lambda sample: sample.get("windowTitle") == title
+            and sample.get("accessibilityWindows"))
+
+    def test_modal_dialog(self):
+        first = self.start_window("Document window")
+        main = processes.active_window()
+        before = self.helper.now()
+        press("d")
+        wait_until(lambda: processes.active_window() != main, "the dialog has the focus")
+        sample = self.helper.wait_for_activity(
+            "the dialog",
+            lambda each: each["accessibilityWindows"] != first["accessibilityWindows"],
+            after=before)
+        # A modal dialog stands for the one window that it belongs to.
+        self.assertEqual(sample["windowTitle"], "Document window")
+
+    def test_hanging_application(self):
+        self.start_window("Hanging window")
+        before = self.helper.now()
+        press("h")
+        self.check_that_samples_keep_coming(before, count=5)
+        hanging = [each for each in self.helper.samples(before) if not each["accessibilityWindows"]]
+        self.assertTrue(hanging, "no sample found the application hanging")
+        self.assertEqual({each.get("windowTitle") for each in hanging}, {"Hanging window"})
+        # Not every sample waits for the application again.
+        self.assertIn(0, [each["requests"] for each in hanging])
+        self.helper.wait_for_activity("the application is read again",
+                                      lambda each: each["accessibilityWindows"],
+                                      after=hanging[-1]["t"])
+
+
+class BrowserTest(LiveTest):
+    def setUp(self):
+        self.pages = processes.Pages()
+        self.addCleanup(self.pages.end)
+
+    def check_navigation(self):
+        address = self.pages.address + "/index.html"
+        sample = self.helper.wait_for_address(address, seconds=25)
+        self.helper.wait_for_title("First page")
+        run("xdotool", "mousemove", "800", "600", "click", "1")
+        self.press_and_expect_address("h", address + "#part")
+        self.press_and_expect_address("p", self.pages.address + "/pushed")
+        self.helper.wait_for_title("Pushed page")
+        return sample
+
+    def press_and_expect_address(self, key, address):
+        """A key that comes before the page has the focus is lost: it may take some."""
+        for _ in range(5):
+            before = self.helper.now()
+            press(key)
+            samples = self.helper.wait_for_samples(2, before)
+            if any(sample.get("documentPath") == address for sample in samples):
+                return
+        self.fail(f"{address} is not seen; the last sample was {samples[-1]}")
+
+    def test_chromium(self):
+        browser = self.start(processes.chromium(self.pages.address + "/index.html"))
+        sample = self.check_navigation()
+        self.assertEqual(sample["applicationBundleIdentifier"], "org.chromium.Chromium")
+        self.assertFalse(sample["isPrivateBrowsing"])
+        before = self.helper.now()
+        press("F11")
+        self.helper.wait_for_activity("full screen", lambda each: each["isFullscreen"],
+                                      after=before)
+        before = self.helper.now()
+        press("F11")
+        self.helper.wait_for_activity("no full screen", lambda each: not each["isFullscreen"],
+                                      after=before)
+        before = self.helper.now()
+        browser.signal_group(signal.SIGKILL)
+        self.check_that_samples_keep_coming(before)
+        self.helper.check_running()
+
+    def test_chromium_incognito(self):
+        self.start(processes.chromium(self.pages.address + "/index.html", "--incognito"))
+        self.helper.wait_for_activity(
+            "a private window",
+            lambda each: "First page" in each.get("windowTitle", "")
+            and (each["isPrivateBrowsing"] or "(Incognito)" in each["windowTitle"]))
+
+    def test_frame(self):
+        self.start(processes.chromium(self.pages.address + "/framed.html"))
+        self.helper.wait_for_address(self.pages.address + "/framed.html")
+
+    def test_firefox(self):
+        self.start(processes.firefox(self.pages.address + "/index.html"))
+        sample = self.check_navigation()
+        self.assertEqual(sample["applicationBundleIdentifier"], "org.mozilla.firefox")
+
+
+class LossTest(LiveTest):
+    """What the desktop loses, one part after the other: each test leaves it poorer."""
+
+    def test_1_accessibility_bus_comes_back(self):
+        self.start_mousepad("before.txt")
+        before = self.helper.now()
+        for word in ("at-spi2/accessibility.conf", "at-spi-bus-launcher"):
+            for pid in processes.processes_of_this_desktop(word):
+                os.kill(pid, signal.SIGKILL)
+        self.check_that_samples_keep_coming(before)
+        self.helper.wait_for_activity("the title without accessibility",
+                                      lambda each: "before.txt" in each.get("windowTitle", ""),
+                                      after=before)
+        self.start_mousepad("after.txt")
+
+    def test_2_no_window_manager(self):
+        manager = int(os.environ["WINDOW_MANAGER_PID"])
+        os.kill(manager, signal.SIGKILL)
+        wait_until(lambda: not processes.processes_of_this_desktop("openbox"), "no window manager")
+        self.start_mousepad("unmanaged.txt")
+
+    def test_3_no_x_server(self):
+        before = self.helper.now()
+        os.kill(int(os.environ["X_SERVER_PID"]), signal.SIGKILL)
+        samples = self.helper.wait_for_samples(2, before)
+        self.assertEqual(samples[-1]["kind"], "noActivity")
+        self.assertEqual(self.helper.terminate(), 0)
+
+
+def load_tests(loader, _, __):
+    order = [EditorTest, QtTest, BrowserTest, LossTest]
+    return unittest.TestSuite(loader.loadTestsFromTestCase(case) for case in order)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

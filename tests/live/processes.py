@@ -1,0 +1,138 @@
+"""Starts programs on the private desktop and ends them, each with its whole process group."""
+
+import http.server
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+HERE = pathlib.Path(__file__).parent
+
+
+class Program:
+    def __init__(self, *command, environment=None):
+        self.process = subprocess.Popen(
+            [str(part) for part in command],
+            stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL,
+            stderr=subprocess.DEVNULL,
+            start_new_session=True,
+            env={**os.environ, **(environment or {})},
+        )
+        self.pid = self.process.pid
+
+    def signal(self, number):
+        os.kill(self.pid, number)
+
+    def signal_group(self, number):
+        try:
+            os.killpg(self.pid, number)
+        except ProcessLookupError:
+            pass
+
+    def end(self):
+        """Asks first, and kills what has not gone after two seconds."""
+        self.signal_group(signal.SIGCONT)
+        self.signal_group(signal.SIGTERM)
+        try:
+            self.process.wait(2)
+        except subprocess.TimeoutExpired:
+            pass
+        self.signal_group(signal.SIGKILL)
+        return self.process.wait(5)
+
+
+def mousepad(path):
+    return Program("mousepad", "--disable-server", path)
+
+
+def qt_application(title):
+    return Program(sys.executable, HERE / "qt_application.py", title)
+
+
+def chromium(address, *switches):
+    return Program(
+        "chromium",
+        # Its own sandbox refuses to run as root; the desktop is private and off the network.
+        "--no-sandbox", "--test-type", "--no-first-run", "--disable-gpu", "--disable-quic",
+        "--disable-background-networking", "--disable-component-update", "--disable-sync",
+        "--password-store=basic", f"--user-data-dir={tempfile.mkdtemp(dir=os.environ['HOME'])}",
+        *switches, address,
+    )
+
+
+FIREFOX_PREFERENCES = """
+user_pref("browser.aboutwelcome.enabled", false);
+user_pref("browser.shell.checkDefaultBrowser", false);
+user_pref("datareporting.policy.dataSubmissionEnabled", false);
+user_pref("toolkit.telemetry.reportingpolicy.firstRun", false);
+user_pref("termsofuse.bypassNotification", true);
+"""
+
+
+def firefox(address):
+    profile = pathlib.Path(tempfile.mkdtemp(dir=os.environ["HOME"]))
+    (profile / "user.js").write_text(FIREFOX_PREFERENCES)
+    return Program("firefox-esr", "--no-remote", "--profile", profile, address)
+
+
+def run(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True, timeout=10).stdout
+
+
+def press(key):
+    run("xdotool", "key", "--clearmodifiers", key)
+
+
+def active_window():
+    return run("xdotool", "getactivewindow").strip()
+
+
+def wait_until(condition, what, seconds=15):
+    """Waits for a fact and returns it, and fails when it does not come about in time."""
+    deadline = time.monotonic() + seconds
+    while time.monotonic() < deadline:
+        value = condition()
+        if value:
+            return value
+        time.sleep(0.05)
+    raise AssertionError(f"not within {seconds} s: {what}")
+
+
+def processes_of_this_desktop(word):
+    """The ids of processes with the word in their command line that belong to this desktop."""
+    mark = f"DESKTOP_DIRECTORY={os.environ['DESKTOP_DIRECTORY']}".encode()
+    found = []
+    for directory in pathlib.Path("/proc").glob("[0-9]*"):
+        try:
+            command = (directory / "cmdline").read_bytes()
+            environment = (directory / "environ").read_bytes()
+        except OSError:
+            continue
+        if word.encode() in command and mark in environment.split(b"\0"):
+            found.append(int(directory.name))
+    return found
+
+
+class Pages:
+    """The folder of pages, served on the loopback interface; every path gives the first page."""
+
+    def __init__(self):
+        class Handler(http.server.SimpleHTTPRequestHandler):
+            def __init__(self, *arguments):
+                super().__init__(*arguments, directory=str(HERE / "www"))
+
+            def log_message(self, *_):
+                pass
+
+        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), Handler)
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+        self.address = f"http://127.0.0.1:{self.server.server_port}"
+
+    def end(self):
+        self.server.shutdown()
+        self.server.server_close()

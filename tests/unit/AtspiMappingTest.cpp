@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include "platform/linux/AtspiConnection.h"
+#include "platform/linux/AtspiRoles.h"
+#include "platform/linux/WindowMatching.h"
+
+namespace kestro {
+namespace {
+
+AtspiTraits traits(std::uint64_t states, std::string xmlRoles, bool isTopLevel) {
+  return {AtspiStates(states), std::move(xmlRoles), isTopLevel};
+}
+
+constexpr std::uint64_t bit(AtspiState state) {
+  return 1ULL << static_cast<unsigned>(state);
+}
+
+TEST(AtspiMapping, RolesAndSubroles) {
+  struct Case {
+    std::uint32_t role;  // as it comes over the bus
+    AtspiTraits traits;
+    const char* expected;  // role, then subrole
+  };
+  const Case cases[]{
+      {23, {}, "AXWindow AXStandardWindow"},
+      {16, traits(0, "", true), "AXWindow AXDialog"},
+      {16, traits(0, "dialog", false), "AXGroup AXApplicationDialog"},
+      {2, traits(0, "", false), "AXGroup -"},
+      {95, {}, "AXWebArea -"},
+      {28, {}, "AXGroup -"},
+      {110, traits(0, "navigation", false), "AXGroup AXLandmarkNavigation"},
+      {110, traits(0, "unheard-of main", false), "AXGroup AXLandmarkMain"},
+      {62, {}, "AXButton AXToggle"},
+      {79, {}, "AXTextField -"},
+      {61, traits(bit(AtspiState::multiLine), "", false), "AXTextArea -"},
+      {40, {}, "AXTextField AXSecureTextField"},
+      {11, {}, "AXPopUpButton -"},
+      {11, traits(bit(AtspiState::editable), "", false), "AXComboBox -"},
+      {37, {}, "AXRadioButton AXTabButton"},
+      {90, {}, "AXRow AXTableRow"},
+      {91, {}, "AXRow AXOutlineRow"},
+      {94, {}, "AXTextArea -"},
+      {4711, {}, "AXUnknown -"},
+  };
+  for (const Case& each : cases) {
+    const auto role = static_cast<AtspiRole>(each.role);
+    const std::string found =
+        std::string(axRole(role, each.traits)) + " " + axSubrole(role, each.traits).value_or("-");
+    EXPECT_EQ(found, each.expected) << each.role;
+  }
+}
+
+TEST(AtspiMapping, ErrorsOfTheBus) {
+  struct Case {
+    int result;
+    const char* name;
+    AccessibilityError expected;
+  };
+  const Case cases[]{
+      {-EIO, "org.freedesktop.DBus.Error.UnknownObject", AccessibilityError::invalidUIElement},
+      {-EIO, "org.freedesktop.DBus.Error.UnknownMethod", AccessibilityError::attributeUnsupported},
+      {-EIO, "org.freedesktop.DBus.Error.ServiceUnknown", AccessibilityError::cannotComplete},
+      {-EIO, "org.freedesktop.DBus.Error.NoReply", AccessibilityError::cannotComplete},
+      {-ETIMEDOUT, "org.freedesktop.DBus.Error.Timeout", AccessibilityError::cannotComplete},
+      {-ECONNRESET, nullptr, AccessibilityError::cannotComplete},
+      {-EIO, "org.example.Unheard", AccessibilityError::failure},
+      {-EINVAL, nullptr, AccessibilityError::failure},
+  };
+  for (const Case& each : cases) {
+    EXPECT_EQ(accessibilityError(each.result, each.name), each.expected)
+        << (each.name ? each.name : "no name");
+  }
+}
+
+TEST(WindowMatching, PrefersTheTitleThenThePlace) {
+  const Rect here{{100, 100}, {800, 600}};
+  const Rect borders{{95, 75}, {810, 630}};
+  const Rect elsewhere{{900, 100}, {800, 600}};
+  X11Window window;
+  window.name = "Inbox";
+  window.bounds = here;
+  struct Case {
+    std::vector<AccessibleWindow> windows;
+    std::optional<std::size_t> expected;
+  };
+  const Case cases[]{
+      {{}, std::nullopt},
+      {{{"Other", elsewhere}}, std::nullopt},
+      {{{"Other", borders}}, 0},
+      {{{"Other", here}, {"Inbox - Person 1", elsewhere}}, 1},
+      {{{"Inbox (Incognito)", here}, {"Inbox", elsewhere}}, 0},
+      {{{"Inbox - Person 1", elsewhere}, {"Inbox", elsewhere}}, 1},
+      {{{"Inbox", elsewhere}, {"Inbox", here}}, 1},
+      {{{"Inbox", std::nullopt}, {std::nullopt, here}}, 0},
+      {{{"", elsewhere}, {std::nullopt, std::nullopt}}, std::nullopt},
+  };
+  for (const Case& each : cases)
+    EXPECT_EQ(bestMatch(each.windows, window), each.expected);
+}
+
+}  // namespace
+}  // namespace kestro

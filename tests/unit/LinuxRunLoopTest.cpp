@@ -1,0 +1,77 @@
+#include "platform/linux/LinuxRunLoop.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <string>
+
+namespace kestro {
+namespace {
+
+void busyUntil(std::chrono::steady_clock::time_point end) {
+  while (std::chrono::steady_clock::now() < end) {
+  }
+}
+
+class LinuxRunLoopTest : public testing::Test {
+ protected:
+  LinuxRunLoopTest() { pthread_sigmask(SIG_SETMASK, nullptr, &signals_); }
+  ~LinuxRunLoopTest() override { pthread_sigmask(SIG_SETMASK, &signals_, nullptr); }
+
+  sigset_t signals_{};
+  SampleGeneration generation_;
+};
+
+TEST_F(LinuxRunLoopTest, RunsTasksInOrderAndCancelsDestroyedTimers) {
+  LinuxRunLoop loop(generation_);
+  std::string order;
+  auto cancelled = loop.scheduleAfter(Seconds(0), [&] { order += "x"; });
+  cancelled.reset();
+  std::unique_ptr<Timer> ending = loop.scheduleAfter(Seconds(0.05), [&] { loop.stop(7); });
+  int runs = 0;
+  std::unique_ptr<Timer> repeated;
+  repeated = loop.scheduleEvery(Seconds(0.001), [&] {
+    order += "r";
+    if (++runs == 3) repeated.reset();  // from inside its own task
+  });
+  loop.post([&] {
+    order += "a";
+    loop.post([&] { order += "c"; });
+  });
+  loop.post([&] { order += "b"; });
+  const std::uint64_t before = generation_.current();
+  EXPECT_EQ(loop.run(), 7);
+  std::erase(order, 'r');
+  EXPECT_EQ(order, "abc");
+  EXPECT_EQ(runs, 3);
+  EXPECT_GE(generation_.current(), before + 6);
+}
+
+TEST_F(LinuxRunLoopTest, LeavesOutIntervalsThatAreOver) {
+  LinuxRunLoop loop(generation_);
+  const auto begin = std::chrono::steady_clock::now();
+  int runs = 0;
+  const auto timer = loop.scheduleEvery(Seconds(0.01), [&] {
+    // The first run takes longer than four intervals, which are then not made up for.
+    busyUntil(begin + std::chrono::milliseconds(55));
+    if (++runs == 2) loop.stop(0);
+  });
+  loop.run();
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(59));
+}
+
+TEST_F(LinuxRunLoopTest, HandsSignalsToTheTerminationHandler) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    LinuxRunLoop loop(generation_);
+    loop.setTerminationHandler([&] { loop.post([&] { loop.stop(3); }); });
+    kill(getpid(), signal);
+    EXPECT_EQ(loop.run(), 3);
+  }
+  LinuxRunLoop unhandled(generation_);
+  kill(getpid(), SIGTERM);
+  EXPECT_EQ(unhandled.run(), 0);
+}
+
+}  // namespace
+}  // namespace kestro

@@ -1,0 +1,123 @@
+#include "platform/linux/PlistUserDefaults.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "platform/linux/PropertyListFile.h"
+
+namespace kestro {
+namespace {
+
+namespace fs = std::filesystem;
+
+class CountingLog final : public SystemLog {
+ public:
+  void write(std::string_view) override { ++lines; }
+  int lines = 0;
+};
+
+class PlistUserDefaultsTest : public testing::Test {
+ protected:
+  PlistUserDefaultsTest() {
+    std::string pattern = (fs::temp_directory_path() / "defaults.XXXXXX").string();
+    directory_ = fs::path(mkdtemp(pattern.data())) / "kestro";
+  }
+  ~PlistUserDefaultsTest() override { fs::remove_all(directory_.parent_path()); }
+
+  fs::path file() const { return directory_ / "KestroHelper.plist"; }
+  void write(std::string_view text) const { std::ofstream(file()) << text; }
+
+  fs::path directory_;
+  CountingLog log_;
+};
+
+PropertyListDictionary everyKind() {
+  using std::chrono::seconds;
+  return {{"yes", true},
+          {"no", false},
+          {"negative", -7},
+          {"large", std::numeric_limits<std::int64_t>::max()},
+          {"smallest", std::numeric_limits<std::int64_t>::min()},
+          {"real", 0.1},
+          {"whole real", 3.0},
+          {"tiny", 1.5e-12},
+          {"text", "<a> & \"b\" ä😀\n"},
+          {"empty", ""},
+          {"date", Date(seconds(1'772'442'000))},
+          {"early date", Date(seconds(0))},
+          {"data", Data{0, 1, 255}},
+          {"list", PropertyListArray{1, "two", PropertyListArray{}}},
+          {"nested", PropertyListDictionary{{"key", PropertyListDictionary{}}}}};
+}
+
+TEST_F(PlistUserDefaultsTest, KeepsEveryKindOfValueThroughAFile) {
+  PlistUserDefaultsDatabase(directory_, log_).standard().set("all", everyKind());
+  PlistUserDefaultsDatabase database(directory_, log_);
+  const auto stored = database.standard().value("all");
+  ASSERT_TRUE(stored && stored->get<PropertyListDictionary>());
+  for (const auto& [key, expected] : everyKind()) {
+    const auto* found = stored->get<PropertyListDictionary>()->find(key);
+    EXPECT_TRUE(found && *found == expected) << key;
+  }
+  EXPECT_EQ(fs::status(directory_).permissions(), fs::perms::owner_all);
+  EXPECT_EQ(fs::status(file()).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  EXPECT_EQ(log_.lines, 0);
+}
+
+TEST_F(PlistUserDefaultsTest, SeesChangesFromOutside) {
+  PlistUserDefaultsDatabase database(directory_, log_);
+  PlistUserDefaultsDatabase other(directory_, log_);
+  EXPECT_EQ(database.standard().integer("key"), std::nullopt);
+  other.standard().set("key", 1);
+  EXPECT_EQ(database.standard().integer("key"), 1);
+  database.standard().set("mine", 2);
+  other.standard().remove("key");
+  EXPECT_EQ(database.standard().integer("key"), std::nullopt);
+  EXPECT_EQ(other.standard().integer("mine"), 2);
+  fs::remove(file());
+  EXPECT_EQ(database.standard().integer("mine"), std::nullopt);
+}
+
+TEST_F(PlistUserDefaultsTest, KeepsAMalformedFileAside) {
+  std::string deep = "<plist><dict><key>k</key>";
+  for (int level = 0; level < 200; ++level)
+    deep += "<array>";
+  for (int level = 0; level < 200; ++level)
+    deep += "</array>";
+  deep += "</dict></plist>";
+  PlistUserDefaultsDatabase database(directory_, log_);
+  for (const std::string& text : {std::string("not a list"), std::string("<plist><array/></plist>"),
+                                  std::string("<plist><dict><key>a</key>"),
+                                  std::string("bplist00\xff\xff\xff"), std::string(100, '\0')}) {
+    log_.lines = 0;
+    write(text);
+    EXPECT_EQ(database.standard().value("key"), std::nullopt) << text;
+    EXPECT_EQ(database.standard().value("other"), std::nullopt);
+    EXPECT_EQ(log_.lines, 1) << text;
+    database.standard().set("key", 1);
+    EXPECT_EQ(readWholeFile(file().string() + ".malformed"), text);
+    EXPECT_EQ(database.standard().integer("key"), 1);
+  }
+  write(deep);
+  database.standard().value("k");  // as much of it as can be read, and no crash
+}
+
+TEST_F(PlistUserDefaultsTest, RefusesNamesThatAreNoFileNames) {
+  PlistUserDefaultsDatabase database(directory_, log_);
+  for (const std::string& name :
+       {std::string(), std::string(".."), std::string(".hidden"), std::string("a/b"),
+        std::string("/etc/passwd"), std::string("a\nb"), std::string("a\0b", 3),
+        std::string(300, 'x')}) {
+    EXPECT_EQ(database.suite(name), nullptr) << name;
+  }
+  UserDefaults* suite = database.suite("org.example.App");
+  ASSERT_NE(suite, nullptr);
+  suite->set("voiceOverOnOffKey", true);
+  EXPECT_EQ(database.suite("org.example.App"), suite);
+  EXPECT_TRUE(fs::exists(directory_ / "suites" / "org.example.App.plist"));
+}
+
+}  // namespace
+}  // namespace kestro
