@@ -11,6 +11,7 @@ class AdobeProjectPathInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "AdobeProjectPathInfoExtractor";
   explicit AdobeProjectPathInfoExtractor(Process& process);
 
+  // No requests but those of switching accessibility on.
   void writeDetailsForActivity(Activity& activity) override;
 
   // The absolute path of the project in a title.

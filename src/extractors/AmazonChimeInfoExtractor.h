@@ -10,6 +10,7 @@ class AmazonChimeInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "AmazonChimeInfoExtractor";
   explicit AmazonChimeInfoExtractor(Process& process) : process_(process) {}
 
+  // A request for each child on the way, and one more for each text.
   void writeDetailsForActivity(Activity& activity) override;
 
  private:

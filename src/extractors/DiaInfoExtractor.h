@@ -10,6 +10,7 @@ class DiaInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "DiaInfoExtractor";
   explicit DiaInfoExtractor(Process& process) : process_(process) {}
 
+  // Costs what the web-address step costs.
   void writeDetailsForActivity(Activity& activity) override;
 
  private:

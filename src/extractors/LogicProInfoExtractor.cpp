@@ -37,7 +37,7 @@ std::optional<std::string> labelAmong(const std::vector<std::string>& texts,
 }
 
 std::optional<std::string> dialogTitle(const AccessibilityElement& window) {
-  if (window.subrole() != "AXDialog") return std::nullopt;
+  if (window.subrole() != subrole::dialog) return std::nullopt;
   if (window.stringAttribute(attribute::document)) return std::nullopt;
   const auto title = window.nonEmptyString(attribute::title);
   if (!title) return std::nullopt;

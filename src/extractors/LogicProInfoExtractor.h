@@ -10,6 +10,8 @@ class LogicProInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "LogicProInfoExtractor";
   explicit LogicProInfoExtractor(Process& process) : process_(process) {}
 
+  // One request for a window that is no dialog; for a dialog a request for each child and each
+  // text.
   void writeDetailsForActivity(Activity& activity) override;
 
  private:

@@ -2,7 +2,7 @@
 
 #include "extractors/AccessibilityElement.h"
 #include "extractors/TitleParts.h"
-#include "product/LocalizedStrings.h"
+#include "platform/LocalizedStrings.h"
 
 namespace kestro {
 namespace {
@@ -32,16 +32,27 @@ std::optional<std::string> senderOf(const AccessibilityElements& header) {
   return std::nullopt;
 }
 
-// The address tokens in the first text field.
-std::vector<std::string> recipientsOf(const AccessibilityElements& header) {
+// The address tokens in the field behind the label.
+std::vector<std::string> recipientsOf(const AccessibilityElement& field) {
   std::vector<std::string> recipients;
-  const auto field = firstWithRole(role::textField, header);
-  if (!field) return recipients;
-  for (const AccessibilityElement& token : field->children()) {
+  for (const AccessibilityElement& token : field.children()) {
     if (token.subrole() != subrole::textAttachment) continue;
     if (auto recipient = token.value()) recipients.push_back(std::move(*recipient));
   }
   return recipients;
+}
+
+// The sender's line, then the recipients'.
+std::vector<std::string> correspondents(Process& process, const AccessibilityElements& header) {
+  std::vector<std::string> lines;
+  if (const auto sender = senderOf(header)) {
+    lines.push_back(localizedFormat(process, "From: %@", *sender));
+  }
+  const auto recipients = recipientsOf(header[1]);
+  if (!recipients.empty()) {
+    lines.push_back(localizedFormat(process, "To: %@", joined(recipients, ", ")));
+  }
+  return lines;
 }
 
 }  // namespace
@@ -50,14 +61,7 @@ void MailWritingInfoExtractor::writeDetailsForActivity(Activity& activity) {
   for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
     const auto header = headerOf(window);
     if (!isComposeHeader(header)) continue;
-    std::vector<std::string> lines;
-    if (const auto sender = senderOf(header)) {
-      lines.push_back(localizedFormat(process_, "From: %@", *sender));
-    }
-    const auto recipients = recipientsOf(header);
-    if (!recipients.empty()) {
-      lines.push_back(localizedFormat(process_, "To: %@", joined(recipients, ", ")));
-    }
+    auto lines = correspondents(process_, header);
     if (lines.empty()) continue;
     activity.details.contextPath = std::move(lines);
     return;

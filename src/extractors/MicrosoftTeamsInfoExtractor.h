@@ -11,6 +11,7 @@ class MicrosoftTeamsInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "MicrosoftTeamsInfoExtractor";
   explicit MicrosoftTeamsInfoExtractor(Process& process);
 
+  // No requests but those of switching accessibility on, and these for the second generation only.
   void writeDetailsForActivity(Activity& activity) override;
 
   // The parts of the title without the application's own; empty when nothing remains.

@@ -72,6 +72,12 @@ std::optional<std::string> selectedNote(const AccessibilityElement& window) {
   return texts.front().text;
 }
 
+// Whether the title says more than the application's name.
+bool namesNote(const std::string& title, const std::optional<std::string>& applicationName) {
+  if (title.empty()) return false;
+  return !applicationName || title != removingInvisibleControlCharacters(*applicationName);
+}
+
 }  // namespace
 
 void NotesInfoExtractor::writeDetailsForActivity(Activity& activity) {
@@ -80,10 +86,10 @@ void NotesInfoExtractor::writeDetailsForActivity(Activity& activity) {
     details.contextPath = {truncated(*note, longestText, TruncationPosition::end)};
     return;
   }
-  const auto& name = activity.application().localizedName;
-  if (!details.windowTitle) return;
-  if (name && *details.windowTitle == removingInvisibleControlCharacters(*name)) return;
-  details.contextPath = {*details.windowTitle};
+  const auto& title = details.windowTitle;
+  if (title && namesNote(*title, activity.application().localizedName)) {
+    details.contextPath = {*title};
+  }
 }
 
 }  // namespace kestro

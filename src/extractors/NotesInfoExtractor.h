@@ -10,7 +10,8 @@ class NotesInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "NotesInfoExtractor";
   explicit NotesInfoExtractor(Process& process) : process_(process) {}
 
-  // Reads the selected rows only: a list of thousands of notes costs as much as a short one.
+  // Reads the selected rows only: a list of thousands of notes costs as much as a short one, some
+  // 30 requests.
   void writeDetailsForActivity(Activity& activity) override;
 
  private:

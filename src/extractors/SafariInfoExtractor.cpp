@@ -5,7 +5,7 @@
 
 #include "extractors/TitleParts.h"
 #include "platform/Files.h"
-#include "product/KestroLegacy.h"
+#include "platform/TextCase.h"
 
 namespace kestro {
 namespace {
@@ -25,7 +25,7 @@ void addPhrases(const PropertyListDictionary& texts, std::set<std::string>& phra
   for (const std::string_view key : keys) {
     const PropertyList* phrase = texts.find(key);
     const auto* text = phrase ? phrase->get<std::string>() : nullptr;
-    if (text) phrases.insert(lowercased(*text));
+    if (text && !text->empty()) phrases.insert(lowercased(*text));
   }
 }
 
@@ -36,7 +36,7 @@ std::set<std::string> privatePhrases(const Platform& platform) {
   }
   std::set<std::string> phrases;
   for (const std::string& code : codes) {
-    const auto texts = platform.files.stringTable(
+    const auto texts = platform.files.dictionary(
         "/System/Library/PrivateFrameworks/Safari.framework/Versions/A/Resources/" + code +
         ".lproj/Localizable.strings");
     if (texts) addPhrases(*texts, phrases);

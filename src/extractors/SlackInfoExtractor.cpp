@@ -25,6 +25,7 @@ bool SlackInfoExtractor::isDecoration(const std::string& part) const {
 
 std::vector<std::string> SlackInfoExtractor::contextPath(std::string_view windowTitle) const {
   const std::string title = removingTrailingEmojiAndWhitespace(windowTitle);
+  if (title.empty()) return {};
   auto parts = titleParts(title, title.find(" | ") == std::string::npos ? " - " : " | ");
   std::erase_if(parts, [&](const std::string& part) { return isDecoration(part); });
   for (std::string& part : parts) {

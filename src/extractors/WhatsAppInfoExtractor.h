@@ -10,6 +10,8 @@ class WhatsAppInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "WhatsAppInfoExtractor";
   explicit WhatsAppInfoExtractor(Process& process) : process_(process) {}
 
+  // Some 20 requests where the toolbar has the heading. Without it the whole window is searched:
+  // two requests for each element down to the process-wide depth.
   void writeDetailsForActivity(Activity& activity) override;
 
  private:
