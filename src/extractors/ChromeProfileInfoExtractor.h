@@ -11,7 +11,7 @@ class ChromeProfileInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "ChromeProfileInfoExtractor";
   explicit ChromeProfileInfoExtractor(Process& process) : process_(process) {}
 
-  // One request a level for the children, and one for each child up to the wanted one: some 20 in a
+  // One request a level for the children, and one for each child up to the wanted one: a dozen in a
   // window without surprises.
   void writeDetailsForActivity(Activity& activity) override;
 

@@ -10,7 +10,7 @@ class FirefoxInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "FirefoxInfoExtractor";
   explicit FirefoxInfoExtractor(Process& process);
 
-  // Costs what switching accessibility on and the web-address step cost: some 15 requests for a
+  // Costs what switching accessibility on and the web-address step cost: some ten requests for a
   // page right below a scroll area.
   void writeDetailsForActivity(Activity& activity) override;
 

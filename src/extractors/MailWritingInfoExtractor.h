@@ -10,8 +10,8 @@ class MailWritingInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "MailWritingInfoExtractor";
   explicit MailWritingInfoExtractor(Process& process) : process_(process) {}
 
-  // Two requests a window that is no compose window; otherwise one for each header element and
-  // token, and one more for each pop-up button.
+  // A few requests for a window that is no compose window; otherwise one for each header element
+  // and token, and one more for each pop-up button.
   void writeDetailsForActivity(Activity& activity) override;
 
  private:

@@ -88,7 +88,7 @@ std::optional<AccessibilityElement> addressField(const AccessibilityElement& win
   const auto toolbar = firstWithRole(role::toolbar, contentOf(window).children());
   if (!toolbar) return std::nullopt;
   const auto items = childrenOfAll(groupsOf(*toolbar));
-  if (const auto field = firstMatching(isAddressField, items)) return field;
+  if (auto field = firstMatching(isAddressField, items)) return field;
   const auto text = firstWithRole(role::staticText, items);
   return text ? text->parent() : std::nullopt;
 }
@@ -122,7 +122,7 @@ void SafariInfoExtractor::moveHistoryToEnd(Activity& activity) const {
   if (parts.size() < 2 || windows.empty()) return;
   const auto showHistory = showHistoryTitle(windows.front());
   if (!showHistory || showHistory->find(parts.front()) == std::string::npos) return;
-  std::ranges::rotate(parts, parts.begin() + 1);
+  std::rotate(parts.begin(), parts.begin() + 1, parts.end());
   title = joined(parts, historySeparator);
 }
 
