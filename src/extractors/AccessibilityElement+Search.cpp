@@ -35,12 +35,6 @@ Predicate hasRole(std::string_view role) {
   return [role](const AccessibilityElement& element) { return element.role() == role; };
 }
 
-std::optional<AccessibilityElement> firstIn(const AccessibilityElements& list,
-                                            const Predicate& predicate) {
-  const auto found = std::ranges::find_if(list, predicate);
-  return found == list.end() ? std::nullopt : std::optional(*found);
-}
-
 }  // namespace
 
 std::int64_t maxRecursionLevel(Process& process) {
@@ -86,9 +80,21 @@ AccessibilityElements childrenOfAll(const AccessibilityElements& elements) {
   return all;
 }
 
+std::optional<AccessibilityElement> firstMatching(const Predicate& predicate,
+                                                  const AccessibilityElements& list) {
+  const auto found = std::ranges::find_if(list, predicate);
+  return found == list.end() ? std::nullopt : std::optional(*found);
+}
+
+AccessibilityElements allWithRole(std::string_view role, const AccessibilityElements& list) {
+  AccessibilityElements matching;
+  std::ranges::copy_if(list, std::back_inserter(matching), hasRole(role));
+  return matching;
+}
+
 std::optional<AccessibilityElement> firstWithRole(std::string_view role,
                                                   const AccessibilityElements& list) {
-  return firstIn(list, hasRole(role));
+  return firstMatching(hasRole(role), list);
 }
 
 std::optional<AccessibilityElement> lastWithRole(std::string_view role,
@@ -100,16 +106,20 @@ std::optional<AccessibilityElement> lastWithRole(std::string_view role,
 std::optional<AccessibilityElement> firstWithRoleAndSubrole(std::string_view role,
                                                             std::string_view subrole,
                                                             const AccessibilityElements& list) {
-  return firstIn(list, [=](const AccessibilityElement& element) {
-    return element.role() == role && element.subrole() == subrole;
-  });
+  return firstMatching(
+      [=](const AccessibilityElement& element) {
+        return element.role() == role && element.subrole() == subrole;
+      },
+      list);
 }
 
 std::optional<AccessibilityElement> firstWithDOMIdentifier(std::string_view identifier,
                                                            const AccessibilityElements& list) {
-  return firstIn(list, [=](const AccessibilityElement& element) {
-    return element.stringAttribute(attribute::domIdentifier) == identifier;
-  });
+  return firstMatching(
+      [=](const AccessibilityElement& element) {
+        return element.stringAttribute(attribute::domIdentifier) == identifier;
+      },
+      list);
 }
 
 bool containsElement(const AccessibilityElements& list, const AccessibilityElement& element) {

@@ -1,5 +1,7 @@
 #include "extractors/AccessibilityElement.h"
 
+#include <algorithm>
+
 #include "accessibility/UIElementUtilities.h"
 #include "platform/Process.h"
 #include "product/Activity.h"
@@ -32,6 +34,16 @@ AccessibilityElements AccessibilityElement::elementsAttribute(std::string_view n
 
 std::optional<std::string> AccessibilityElement::stringAttribute(std::string_view name) const {
   return utilities().stringValueOfAttribute(name, handle_);
+}
+
+std::optional<std::string> AccessibilityElement::nonEmptyString(std::string_view name) const {
+  auto text = stringAttribute(name);
+  return text && !text->empty() ? text : std::nullopt;
+}
+
+bool AccessibilityElement::hasDOMClass(std::string_view name) const {
+  const auto classes = stringListAttribute(attribute::domClassList);
+  return classes && std::ranges::find(*classes, name) != classes->end();
 }
 
 std::optional<bool> AccessibilityElement::booleanAttribute(std::string_view name) const {

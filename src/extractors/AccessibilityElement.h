@@ -48,9 +48,12 @@ class AccessibilityElement {
   std::optional<std::string> title() const { return stringAttribute(attribute::title); }
   std::optional<std::string> value() const { return stringAttribute(attribute::value); }
   std::optional<std::string> stringAttribute(std::string_view name) const;
+  // As `stringAttribute`, but an empty text counts as absent.
+  std::optional<std::string> nonEmptyString(std::string_view name) const;
   std::optional<bool> booleanAttribute(std::string_view name) const;
   // The texts in the attribute's list; absent when it is no list of texts.
   std::optional<std::vector<std::string>> stringListAttribute(std::string_view name) const;
+  bool hasDOMClass(std::string_view name) const;
   // The element's web address, in its absolute form when the attribute holds an address.
   std::optional<std::string> urlString() const;
   std::optional<AccessibilityElement> parent() const { return elementAttribute(attribute::parent); }
@@ -95,6 +98,9 @@ AccessibilityElements accessibilityWindows(Process& process, const Activity& act
 AccessibilityElements childrenOfAll(const AccessibilityElements& elements);
 
 // Filters. An element whose attribute cannot be read does not match.
+std::optional<AccessibilityElement> firstMatching(const AccessibilityElement::Predicate& predicate,
+                                                  const AccessibilityElements& list);
+AccessibilityElements allWithRole(std::string_view role, const AccessibilityElements& list);
 std::optional<AccessibilityElement> firstWithRole(std::string_view role,
                                                   const AccessibilityElements& list);
 std::optional<AccessibilityElement> lastWithRole(std::string_view role,

@@ -36,13 +36,24 @@ inline constexpr std::string_view windows = "AXWindows";
 
 namespace kestro::role {
 
+inline constexpr std::string_view button = "AXButton";
+inline constexpr std::string_view cell = "AXCell";
+inline constexpr std::string_view checkBox = "AXCheckBox";
 inline constexpr std::string_view group = "AXGroup";
 inline constexpr std::string_view heading = "AXHeading";
+inline constexpr std::string_view link = "AXLink";
+inline constexpr std::string_view list = "AXList";
+inline constexpr std::string_view outline = "AXOutline";
 inline constexpr std::string_view popUpButton = "AXPopUpButton";
+inline constexpr std::string_view row = "AXRow";
 inline constexpr std::string_view scrollArea = "AXScrollArea";
 inline constexpr std::string_view sheet = "AXSheet";
+inline constexpr std::string_view splitGroup = "AXSplitGroup";
+inline constexpr std::string_view splitter = "AXSplitter";
 inline constexpr std::string_view staticText = "AXStaticText";
+inline constexpr std::string_view table = "AXTable";
 inline constexpr std::string_view textArea = "AXTextArea";
+inline constexpr std::string_view textField = "AXTextField";
 inline constexpr std::string_view toolbar = "AXToolbar";
 inline constexpr std::string_view webArea = "AXWebArea";
 inline constexpr std::string_view window = "AXWindow";
@@ -53,6 +64,7 @@ namespace kestro::subrole {
 
 inline constexpr std::string_view applicationGroup = "AXApplicationGroup";
 inline constexpr std::string_view applicationTimer = "AXApplicationTimer";
+inline constexpr std::string_view dialog = "AXDialog";
 inline constexpr std::string_view documentArticle = "AXDocumentArticle";
 inline constexpr std::string_view landmarkBanner = "AXLandmarkBanner";
 inline constexpr std::string_view landmarkMain = "AXLandmarkMain";
@@ -60,6 +72,7 @@ inline constexpr std::string_view landmarkNavigation = "AXLandmarkNavigation";
 inline constexpr std::string_view landmarkRegion = "AXLandmarkRegion";
 inline constexpr std::string_view sectionHeader = "AXSectionHeader";
 inline constexpr std::string_view tabPanel = "AXTabPanel";
+inline constexpr std::string_view textAttachment = "AXTextAttachment";
 inline constexpr std::string_view toggleButton = "AXToggleButton";
 
 }  // namespace kestro::subrole

@@ -13,14 +13,6 @@ namespace {
 constexpr int maximumAncestors = 100;
 constexpr int maximumEnclosingWebAreas = 5;
 
-AccessibilityElements withRole(std::string_view role, const AccessibilityElements& list) {
-  AccessibilityElements matching;
-  for (const AccessibilityElement& element : list) {
-    if (element.role() == role) matching.push_back(element);
-  }
-  return matching;
-}
-
 std::optional<AccessibilityElement> elementAt(const AccessibilityElement& window,
                                               std::optional<double> offsetX,
                                               std::optional<double> offsetY) {
@@ -66,8 +58,8 @@ void fillWindowTitle(Activity& activity, const AccessibilityElements& areas) {
 
 AccessibilityElements webAreas(const AccessibilityElement& window, Activity* activity,
                                std::optional<double> offsetX, std::optional<double> offsetY) {
-  const auto scrollAreas = withRole(role::scrollArea, window.children());
-  auto areas = withRole(role::webArea, childrenOfAll(scrollAreas));
+  const auto scrollAreas = allWithRole(role::scrollArea, window.children());
+  auto areas = allWithRole(role::webArea, childrenOfAll(scrollAreas));
   if (areas.empty()) {
     const auto hit = elementAt(window, offsetX, offsetY);
     const auto page = hit ? outermostWebArea(*hit) : std::nullopt;

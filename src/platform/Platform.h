@@ -15,6 +15,7 @@ namespace kestro {
 class Accessibility;
 class ChildProcesses;
 class Clock;
+class Files;
 class RunLoop;
 class SystemLog;
 class Transcript;
@@ -36,6 +37,7 @@ struct Platform {
   Workspace& workspace;
   UserDefaultsDatabase& defaults;
   ChildProcesses& childProcesses;
+  Files& files;
   Clock& clock;
   RunLoop& runLoop;
   SystemLog& log;

@@ -1,8 +1,21 @@
 // The registry of extractors: one entry a bundle identifier, filled when the probe is made.
+#include "extractors/AdobeProjectPathInfoExtractor.h"
+#include "extractors/AmazonChimeInfoExtractor.h"
 #include "extractors/CatalystInfoExtractor.h"
+#include "extractors/ChromeProfileInfoExtractor.h"
+#include "extractors/DiaInfoExtractor.h"
+#include "extractors/DiscordInfoExtractor.h"
+#include "extractors/FirefoxInfoExtractor.h"
+#include "extractors/LogicProInfoExtractor.h"
+#include "extractors/MailWritingInfoExtractor.h"
+#include "extractors/MicrosoftTeamsInfoExtractor.h"
+#include "extractors/NotesInfoExtractor.h"
 #include "extractors/PlaceholderInfoExtractor.h"
+#include "extractors/SafariInfoExtractor.h"
+#include "extractors/SlackInfoExtractor.h"
 #include "extractors/WebAreaTitleInfoExtractor.h"
 #include "extractors/WebAreaURLInfoExtractor.h"
+#include "extractors/WhatsAppInfoExtractor.h"
 #include "platform/UserDefaults.h"
 #include "probe/KSInfoExtractor.h"
 
@@ -10,19 +23,9 @@ namespace kestro {
 namespace {
 
 constexpr auto finalCut = placeholderFor("FinalCutInfoExtractor");
-constexpr auto firefox = placeholderFor("FirefoxInfoExtractor");
-constexpr auto safari = placeholderFor("SafariInfoExtractor");
-constexpr auto dia = placeholderFor("DiaInfoExtractor");
 constexpr auto chatGPTAtlas = placeholderFor("ChatGPTAtlasInfoExtractor");
-constexpr auto mailWriting = placeholderFor("MailWritingInfoExtractor");
-constexpr auto notes = placeholderFor("NotesInfoExtractor");
-constexpr auto slack = placeholderFor("SlackInfoExtractor");
-constexpr auto discord = placeholderFor("DiscordInfoExtractor");
-constexpr auto amazonChime = placeholderFor("AmazonChimeInfoExtractor");
-constexpr auto whatsApp = placeholderFor("WhatsAppInfoExtractor");
 constexpr auto signalMessenger = placeholderFor("SignalInfoExtractor");
 constexpr auto notion = placeholderFor("NotionInfoExtractor");
-constexpr auto microsoftTeams = placeholderFor("MicrosoftTeamsInfoExtractor");
 constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
 constexpr auto gitHubDesktop = placeholderFor("GitHubDesktopInfoExtractor");
 constexpr auto spark = placeholderFor("SparkInfoExtractor");
@@ -31,9 +34,6 @@ constexpr auto codex = placeholderFor("CodexInfoExtractor");
 constexpr auto cursor = placeholderFor("CursorInfoExtractor");
 constexpr auto claude = placeholderFor("ClaudeInfoExtractor");
 constexpr auto mimestream = placeholderFor("MimestreamInfoExtractor");
-constexpr auto logicPro = placeholderFor("LogicProInfoExtractor");
-constexpr auto chromeProfile = placeholderFor("ChromeProfileInfoExtractor");
-constexpr auto adobeProjectPath = placeholderFor("AdobeProjectPathInfoExtractor");
 
 struct Row {
   const ExtractorClass* extractorClass;
@@ -48,27 +48,29 @@ std::vector<Row> registryTable() {
       {&finalCut,
        {"com.apple.FinalCut", "com.apple.FinalCutApp", "com.apple.FinalCutTrial",
         "com.apple.FinalCutPro", "com.apple.FinalCutPro10"}},
-      {&firefox,
+      {&extractorClass<FirefoxInfoExtractor>,
        {"org.mozilla.firefox", "org.mozilla.firefoxdeveloperedition", "org.mozilla.nightly",
         "org.mozilla.librewolf", "app.zen-browser.zen"},
        "KSInfoExtractor_extraBundleIdentifier_firefox"},
-      {&safari,
+      {&extractorClass<SafariInfoExtractor>,
        {"com.apple.Safari", "com.apple.SafariTechnologyPreview"},
        "KSInfoExtractor_extraBundleIdentifier_safari"},
-      {&dia, {"company.thebrowser.dia"}},
+      {&extractorClass<DiaInfoExtractor>, {"company.thebrowser.dia"}},
       {&extractorClass<WebAreaURLInfoExtractor>,
        {"org.getstation.DesktopApp", "com.stack-beta.io", "com.shift.browser"},
        "KSInfoExtractor_extraBundleIdentifier_webAreaURL"},
       {&chatGPTAtlas, {"com.openai.atlas"}},
-      {&mailWriting, {"com.apple.mail"}},
-      {&notes, {"com.apple.Notes"}},
-      {&slack, {"com.tinyspeck.slackmacgap"}},
-      {&discord, {"com.hnc.Discord"}},
-      {&amazonChime, {"com.amazon.Amazon-Chime"}},
-      {&whatsApp, {"WhatsApp", "desktop.WhatsApp", "net.whatsapp.WhatsApp"}},
+      {&extractorClass<MailWritingInfoExtractor>, {"com.apple.mail"}},
+      {&extractorClass<NotesInfoExtractor>, {"com.apple.Notes"}},
+      {&extractorClass<SlackInfoExtractor>, {"com.tinyspeck.slackmacgap"}},
+      {&extractorClass<DiscordInfoExtractor>, {"com.hnc.Discord"}},
+      {&extractorClass<AmazonChimeInfoExtractor>, {"com.amazon.Amazon-Chime"}},
+      {&extractorClass<WhatsAppInfoExtractor>,
+       {"WhatsApp", "desktop.WhatsApp", "net.whatsapp.WhatsApp"}},
       {&signalMessenger, {"org.whispersystems.signal-desktop"}},
       {&notion, {"notion.id"}},
-      {&microsoftTeams, {"com.microsoft.teams", "com.microsoft.teams2"}},
+      {&extractorClass<MicrosoftTeamsInfoExtractor>,
+       {"com.microsoft.teams", "com.microsoft.teams2"}},
       {&newOutlook, {"com.microsoft.Outlook"}},
       {&gitHubDesktop, {"com.github.GitHubClient"}},
       {&spark, {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
@@ -77,15 +79,15 @@ std::vector<Row> registryTable() {
       {&cursor, {"com.todesktop.230313mzl4w4u92"}},
       {&claude, {"com.anthropic.claudefordesktop"}},
       {&mimestream, {"com.mimestream.Mimestream"}},
-      {&logicPro, {"com.apple.logic10"}},
+      {&extractorClass<LogicProInfoExtractor>, {"com.apple.logic10"}},
       {&extractorClass<WebAreaTitleInfoExtractor>,
        {"com.canva.CanvaDesktop", "com.superhuman.electron", "io.productive"},
        "KSInfoExtractor_extraBundleIdentifier_webAreaTitle"},
-      {&chromeProfile,
+      {&extractorClass<ChromeProfileInfoExtractor>,
        {"com.google.Chrome", "com.google.Chrome.canary", "com.google.Chrome.beta",
         "com.google.Chrome.dev", "org.chromium.Chromium"}},
       // Premiere Pro has a bundle identifier a major version.
-      {&adobeProjectPath,
+      {&extractorClass<AdobeProjectPathInfoExtractor>,
        {"com.adobe.PremierePro.10", "com.adobe.PremierePro.11", "com.adobe.PremierePro.12",
         "com.adobe.PremierePro.13", "com.adobe.PremierePro.14", "com.adobe.PremierePro.15",
         "com.adobe.PremierePro.16", "com.adobe.PremierePro.17", "com.adobe.PremierePro.18",

@@ -12,6 +12,7 @@
 #include "platform/Accessibility.h"
 #include "platform/ChildProcesses.h"
 #include "platform/Clock.h"
+#include "platform/Files.h"
 #include "platform/Platform.h"
 #include "platform/RunLoop.h"
 #include "platform/SystemLog.h"
@@ -186,6 +187,10 @@ struct NoChildProcesses final : ChildProcesses {
   }
 };
 
+struct NoFiles final : Files {
+  std::optional<PropertyListDictionary> dictionary(const std::string&) override { return {}; }
+};
+
 // A new empty directory, removed in the end.
 class TemporaryDirectory {
  public:
@@ -210,6 +215,7 @@ struct FakePlatform {
   EmptyWorkspace workspace;
   MemoryDefaultsDatabase defaults;
   NoChildProcesses childProcesses;
+  NoFiles files;
   ManualRunLoop runLoop;
   MemoryLog log;
   MemoryTranscript transcript;
@@ -220,6 +226,7 @@ struct FakePlatform {
                     .workspace = workspace,
                     .defaults = defaults,
                     .childProcesses = childProcesses,
+                    .files = files,
                     .clock = runLoop,
                     .runLoop = runLoop,
                     .log = log,

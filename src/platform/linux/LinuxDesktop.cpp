@@ -7,6 +7,7 @@
 #include "platform/linux/LinuxAccessibility.h"
 #include "platform/linux/LinuxChildProcesses.h"
 #include "platform/linux/LinuxDirectories.h"
+#include "platform/linux/LinuxFiles.h"
 #include "platform/linux/LinuxRunLoop.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/PlistUserDefaults.h"
@@ -44,6 +45,7 @@ class LinuxDesktop final : public Desktop {
   LinuxAccessibility accessibility_;
   PlistUserDefaultsDatabase defaults_;
   LinuxChildProcesses childProcesses_;
+  LinuxFiles files_;
   TimedTranscript transcript_;
   PropertyListDictionary productConditions_;
   Platform platform_;
@@ -65,6 +67,7 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
                 workspace_,
                 defaults_,
                 childProcesses_,
+                files_,
                 clock_,
                 runLoop_,
                 log_,

@@ -14,6 +14,7 @@
 #include "platform/scene/SceneChildProcesses.h"
 #include "platform/scene/SceneClock.h"
 #include "platform/scene/SceneDataDirectory.h"
+#include "platform/scene/SceneFiles.h"
 #include "platform/scene/SceneRunLoop.h"
 #include "platform/scene/SceneSystemLog.h"
 #include "platform/scene/SceneUserDefaults.h"
@@ -52,6 +53,7 @@ class SceneDesktop final : public Desktop {
   SceneWorkspace workspace_;
   SceneUserDefaultsDatabase defaults_;
   SceneChildProcesses childProcesses_;
+  SceneFiles files_;
   SceneSystemLog log_;
   Platform platform_;
 };

@@ -1,0 +1,31 @@
+#include "extractors/AmazonChimeInfoExtractor.h"
+
+#include "extractors/AccessibilityElement.h"
+
+namespace kestro {
+namespace {
+
+std::vector<std::string> conversationTexts(const AccessibilityElement& window) {
+  std::vector<std::string> texts;
+  const auto splitGroup = firstWithRole(role::splitGroup, window.children());
+  const auto group = splitGroup ? firstWithRole(role::group, splitGroup->children()) : std::nullopt;
+  if (!group) return texts;
+  for (const AccessibilityElement& child : group->children()) {
+    if (child.role() != role::staticText) continue;
+    if (auto text = child.value()) texts.push_back(std::move(*text));
+  }
+  return texts;
+}
+
+}  // namespace
+
+void AmazonChimeInfoExtractor::writeDetailsForActivity(Activity& activity) {
+  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+    auto texts = conversationTexts(window);
+    if (texts.empty()) continue;
+    activity.details.contextPath = std::move(texts);
+    return;
+  }
+}
+
+}  // namespace kestro

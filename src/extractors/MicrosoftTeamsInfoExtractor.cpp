@@ -1,0 +1,35 @@
+#include "extractors/MicrosoftTeamsInfoExtractor.h"
+
+#include "extractors/EnhancedAccessibility.h"
+#include "extractors/TitleParts.h"
+#include "product/KestroLegacy.h"
+
+namespace kestro {
+
+MicrosoftTeamsInfoExtractor::MicrosoftTeamsInfoExtractor(Process& process)
+    : process_(process), nameWithAddition_(R"(^(.+) \((.+)\)$)") {}
+
+std::vector<std::string> MicrosoftTeamsInfoExtractor::contextPath(
+    std::string_view windowTitle) const {
+  if (windowTitle.empty()) return {};
+  auto parts = titleParts(windowTitle, " | ");
+  std::erase(parts, "Microsoft Teams");
+  std::erase(parts, "Chat");
+  if (parts.empty()) return parts;
+  const auto match = firstMatch(parts.front(), nameWithAddition_);
+  if (match) parts.front() = match->captures[1].value_or("");
+  return parts;
+}
+
+void MicrosoftTeamsInfoExtractor::writeDetailsForActivity(Activity& activity) {
+  ActivityDetails& details = activity.details;
+  if (!details.windowTitle) return;
+  // Only the second generation is a web view without a tree of its own.
+  if (activity.applicationBundleIdentifier() == "com.microsoft.teams2") {
+    enableEnhancedAccessibility(process_, activity);
+  }
+  auto path = contextPath(*details.windowTitle);
+  if (!path.empty()) details.contextPath = std::move(path);
+}
+
+}  // namespace kestro

@@ -1,0 +1,95 @@
+#include "extractors/NotesInfoExtractor.h"
+
+#include <algorithm>
+
+#include "accessibility/UIElementUtilities.h"
+#include "extractors/AccessibilityElement.h"
+#include "product/KestroDatabase.h"
+#include "product/KestroLegacy.h"
+#include "product/KestroUI.h"
+
+namespace kestro {
+namespace {
+
+constexpr std::size_t longestText = 50;
+
+struct PlacedText {
+  std::string text;
+  Point position;
+};
+
+void collectTexts(const AccessibilityElement& element, int depth, std::vector<PlacedText>& texts) {
+  if (element.role() == role::staticText) {
+    if (auto text = element.value()) {
+      const auto& utilities = element.process().shared<UIElementUtilities>();
+      texts.push_back({std::move(*text), utilities.originOfUIElement(element.handle())});
+    }
+    return;
+  }
+  if (depth == 0) return;
+  for (const AccessibilityElement& child : element.children()) {
+    collectTexts(child, depth - 1, texts);
+  }
+}
+
+// The cells of the rows that are selected in a list; empty when it is no list of rows with cells.
+AccessibilityElements selectedCells(const AccessibilityElement& list) {
+  AccessibilityElements cells;
+  for (const AccessibilityElement& row : list.selectedRows()) {
+    if (row.role() != role::row) continue;
+    for (const AccessibilityElement& cell : row.children()) {
+      if (cell.role() == role::cell) cells.push_back(cell);
+    }
+  }
+  return cells;
+}
+
+// The lists of notes: what the scroll areas of the window's split view hold.
+AccessibilityElements listsOf(const AccessibilityElement& window) {
+  const auto splitGroup = firstWithRole(role::splitGroup, window.children());
+  if (!splitGroup) return {};
+  auto scrollAreas = splitGroup->children();
+  std::erase_if(scrollAreas,
+                [](const AccessibilityElement& child) { return child.role() != role::scrollArea; });
+  return childrenOfAll(scrollAreas);
+}
+
+std::optional<std::string> selectedNote(const AccessibilityElement& window) {
+  constexpr int cellDepth = 4;
+  std::vector<PlacedText> texts;
+  for (const AccessibilityElement& list : listsOf(window)) {
+    for (const AccessibilityElement& cell : selectedCells(list)) {
+      collectTexts(cell, cellDepth, texts);
+    }
+    if (!texts.empty()) break;
+  }
+  std::ranges::stable_sort(texts, [](const PlacedText& left, const PlacedText& right) {
+    return std::pair(left.position.y, left.position.x) <
+           std::pair(right.position.y, right.position.x);
+  });
+  if (texts.empty() || texts.front().text.empty()) return std::nullopt;
+  if (texts.front().text.starts_with("…")) return std::nullopt;
+  return texts.front().text;
+}
+
+// Whether the title says more than the application's name.
+bool namesNote(const std::string& title, const std::optional<std::string>& applicationName) {
+  if (title.empty()) return false;
+  return !applicationName || title != removingInvisibleControlCharacters(*applicationName);
+}
+
+}  // namespace
+
+void NotesInfoExtractor::writeDetailsForActivity(Activity& activity) {
+  ActivityDetails& details = activity.details;
+  if (const auto note = firstNonNil(accessibilityWindows(process_, activity), selectedNote)) {
+    details.contextPath = {truncated(*note, longestText, TruncationPosition::end)};
+    return;
+  }
+  const auto& title = details.windowTitle;
+  if (title && namesNote(*title, activity.application().localizedName)) {
+    details.contextPath = {*title};
+  }
+}
+
+}  // namespace kestro

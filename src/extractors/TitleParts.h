@@ -1,0 +1,16 @@
+// Window titles made of parts.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kestro {
+
+// The parts between the separators, empty ones included; one part when there is no separator.
+std::vector<std::string> titleParts(std::string_view title, std::string_view separator);
+
+// The parts with the separator between them.
+std::string joined(const std::vector<std::string>& parts, std::string_view separator);
+
+}  // namespace kestro

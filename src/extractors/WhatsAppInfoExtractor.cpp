@@ -1,0 +1,47 @@
+#include "extractors/WhatsAppInfoExtractor.h"
+
+#include "extractors/AccessibilityElement.h"
+#include "extractors/EnhancedAccessibility.h"
+#include "product/KestroDatabase.h"
+
+namespace kestro {
+namespace {
+
+std::optional<AccessibilityElement> toolbarHeading(const AccessibilityElement& window) {
+  auto element = firstWithRole(role::toolbar, window.children());
+  if (element) element = firstWithRole(role::group, element->children());
+  if (element) element = firstWithRole(role::group, element->children());
+  if (element) element = lastWithRole(role::group, element->children());
+  if (element) element = firstWithRole(role::group, element->children());
+  if (!element) return std::nullopt;
+  return element->firstDescendantWithRole(role::heading, maxRecursionLevel(window.process()));
+}
+
+std::optional<AccessibilityElement> headerButton(const AccessibilityElement& window) {
+  return window.firstDescendant(
+      maxRecursionLevel(window.process()), [](const AccessibilityElement& element) {
+        return element.stringAttribute(attribute::identifier) == "NavigationBar_HeaderViewButton";
+      });
+}
+
+std::optional<std::string> nameOf(const std::optional<AccessibilityElement>& element) {
+  const auto text = element ? element->nonEmptyString(attribute::description) : std::nullopt;
+  if (!text) return std::nullopt;
+  std::string conversation = removingInvisibleControlCharacters(*text);
+  return conversation.empty() ? std::nullopt : std::optional(std::move(conversation));
+}
+
+}  // namespace
+
+void WhatsAppInfoExtractor::writeDetailsForActivity(Activity& activity) {
+  enableEnhancedAccessibility(process_, activity);
+  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+    auto conversation = nameOf(toolbarHeading(window));
+    if (!conversation) conversation = nameOf(headerButton(window));
+    if (!conversation) continue;
+    activity.details.contextPath = {*conversation};
+    return;
+  }
+}
+
+}  // namespace kestro

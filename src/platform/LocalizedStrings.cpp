@@ -1,0 +1,54 @@
+#include "platform/LocalizedStrings.h"
+
+#include <vector>
+
+#include "platform/Process.h"
+#include "platform/StringsText.h"
+
+namespace kestro {
+namespace {
+
+const LocalizedTable* tableFor(std::string_view language) {
+  for (const LocalizedTable& table : localizedTables()) {
+    if (table.language == language) return &table;
+  }
+  return nullptr;
+}
+
+// "de" for "de-AT" and "de_AT".
+std::string_view withoutRegion(std::string_view language) {
+  return language.substr(0, language.find_first_of("-_"));
+}
+
+const LocalizedTable* preferredTable(const std::vector<std::string>& languages) {
+  for (const std::string& language : languages) {
+    if (const auto* table = tableFor(withoutRegion(language))) return table;
+  }
+  return tableFor("en");
+}
+
+struct LocalizedStrings {
+  explicit LocalizedStrings(Process& process) {
+    const auto* table = preferredTable(process.platform().preferredLanguages);
+    if (table) texts = dictionaryFromStringsText(table->text).value_or(PropertyListDictionary());
+  }
+  PropertyListDictionary texts;
+};
+
+}  // namespace
+
+std::string localizedString(Process& process, std::string_view key) {
+  const PropertyList* found = process.shared<LocalizedStrings>().texts.find(key);
+  const auto* text = found ? found->get<std::string>() : nullptr;
+  return text ? *text : std::string(key);
+}
+
+std::string localizedFormat(Process& process, std::string_view key, std::string_view argument) {
+  constexpr std::string_view placeholder = "%@";
+  std::string text = localizedString(process, key);
+  const auto place = text.find(placeholder);
+  if (place != std::string::npos) text.replace(place, placeholder.size(), argument);
+  return text;
+}
+
+}  // namespace kestro

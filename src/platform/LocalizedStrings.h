@@ -1,0 +1,27 @@
+// The helper's user-visible texts in the user's language. The tables are resources/*.lproj in the
+// source tree and part of the program. The language is chosen once per process: the first preferred
+// one that has a table, English without one. Main thread only.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kestro {
+
+class Process;
+
+// The text for an English key; the key itself when the table has none.
+std::string localizedString(Process& process, std::string_view key);
+// The same with the argument in the place of the text's first "%@".
+std::string localizedFormat(Process& process, std::string_view key, std::string_view argument);
+
+struct LocalizedTable {
+  std::string_view language;
+  std::string_view text;  // as dictionaryFromStringsText reads it
+};
+
+// The tables in the program. CMake writes the source of this function.
+std::span<const LocalizedTable> localizedTables();
+
+}  // namespace kestro

@@ -1,0 +1,174 @@
+// How extractors read titles: the pure halves, a table each. A path is written with " > " between
+// its texts.
+#include <gtest/gtest.h>
+
+#include "FakePlatform.h"
+#include "extractors/AdobeProjectPathInfoExtractor.h"
+#include "extractors/ChromeProfileInfoExtractor.h"
+#include "extractors/DiaInfoExtractor.h"
+#include "extractors/DiscordInfoExtractor.h"
+#include "extractors/FirefoxInfoExtractor.h"
+#include "extractors/LogicProInfoExtractor.h"
+#include "extractors/MicrosoftTeamsInfoExtractor.h"
+#include "extractors/SlackInfoExtractor.h"
+#include "extractors/TitleParts.h"
+#include "platform/Process.h"
+
+namespace kestro {
+namespace {
+
+struct TextCase {
+  std::string text, expected;
+};
+
+template <class Extractor>
+class WithExtractor : public testing::Test {
+ protected:
+  fakes::FakePlatform fake_;
+  Process process_{fake_.platform};
+  Extractor extractor_{process_};
+};
+using SlackTexts = WithExtractor<SlackInfoExtractor>;
+using MicrosoftTeamsTexts = WithExtractor<MicrosoftTeamsInfoExtractor>;
+using AdobeTexts = WithExtractor<AdobeProjectPathInfoExtractor>;
+
+TEST(DiscordTexts, contextPath) {
+  const TextCase cases[] = {
+      {"#harbour | Studio - Discord", "Studio > #harbour"},
+      {"Discord | #harbour | Studio", "Studio > #harbour"},
+      {"Friends - Discord", "Friends"},
+      {"Mara|Jo | Discord - Discord", "Mara|Jo"},
+      {"Discord Fans - Discord", "Discord Fans"},
+      {"Discord", ""},
+      {" - Discord", ""},
+      {"", ""},
+  };
+  for (const auto& [title, path] : cases) {
+    EXPECT_EQ(joined(discordContextPath(title), " > "), path) << title;
+  }
+}
+
+TEST_F(SlackTexts, contextPath) {
+  const TextCase cases[] = {
+      {"general (Channel) - Studio - Slack", "Studio > general (Channel)"},
+      {"Slack | general | Studio", "Studio > general"},
+      {"Slack [tag] | a - b | Studio", "Studio > a - b"},
+      {"Slack [] | a", "a > Slack []"},
+      {"Slackers | Studio", "Studio > Slackers"},
+      {"1:02:03 | a | Studio", "Studio > a"},
+      {"02:03 | a", "a"},
+      {"12:02:03 | a", "a"},
+      {"123:02:03 | a", "a > 123:02:03"},
+      {"9 new items | a", "a"},
+      {"many new items | a", "a"},
+      {"3 mentions | a", "a"},
+      {"3 | a", "a > 3"},
+      {"* a | ! b | ^ c", "c > b > a"},
+      {"*a | b", "b > *a"},
+      {"a | 1000 replies", "a"},
+      {"1000 replies", "1000 replies"},
+      {"a | Studio 🎉 ", "Studio > a"},
+      {"Slack", ""},
+      {"🎉", ""},
+  };
+  for (const auto& [title, path] : cases) {
+    EXPECT_EQ(joined(extractor_.contextPath(title), " > "), path) << title;
+  }
+}
+
+TEST_F(MicrosoftTeamsTexts, contextPath) {
+  const TextCase cases[] = {
+      {"Chat | Mara Lind (External) | Microsoft Teams", "Mara Lind"},
+      {"Plan (a) (b) | Studio (c) | Microsoft Teams", "Plan (a) > Studio (c)"},
+      {"(External) | Microsoft Teams", "(External)"},
+      {"Plan () | x", "Plan () > x"},
+      {"Chat with Jo | Microsoft Teams", "Chat with Jo"},
+      {"Microsoft Teams", ""},
+      {"", ""},
+  };
+  for (const auto& [title, path] : cases) {
+    EXPECT_EQ(joined(extractor_.contextPath(title), " > "), path) << title;
+  }
+}
+
+TEST_F(AdobeTexts, projectPathAndRest) {
+  struct Case {
+    std::string title, path, rest;
+  };
+  const Case cases[] = {
+      {"Adobe Premiere Pro 2025 - /a/b c.prproj *", "/a/b c.prproj", ""},
+      {"Adobe After Effects 2025 - /a/x.aep", "/a/x.aep", ""},
+      {"Adobe After Effects 2025 - Card - /a/x.aep *", "/a/x.aep", "Card"},
+      {"Adobe Premiere Pro - /a/x.prproj", "/a/x.prproj", "Adobe Premiere Pro"},
+      {"Card * - /a/x.aep", "/a/x.aep", "Card"},
+      {"1 /a/x.aep 2", "/a/x.aep", "1  2"},
+      {"/a/x.aep.prproj", "/a/x.aep.prproj", ""},
+      {"Adobe Premiere Pro 2025 - /a/b.mov", "", ""},
+      {"x.prproj", "", ""},
+  };
+  for (const auto& [title, path, rest] : cases) {
+    EXPECT_EQ(extractor_.projectPath(title).value_or(""), path) << title;
+    if (path.empty()) continue;
+    EXPECT_EQ(extractor_.titleWithout(path, title), rest) << title;
+  }
+}
+
+TEST(DiaTexts, title) {
+  struct Case {
+    std::string window, page, expected;
+  };
+  const Case cases[] = {
+      {"Work: Tide ta…", "Tide tables", "Tide tables – Work"},
+      {"Work: Tide tables", "Tide tables", "Tide tables – Work"},
+      {"Work: Tides", "Tide tables", "Tide tables"},
+      {"Work: …", "Tide tables", "Tide tables"},
+      {"Work:Tide", "Tide tables", "Tide tables"},
+      {"a:b: Tide", "Tide tables", "Tide tables"},
+      {"Work: a: b…", "a: b: c", "a: b: c – Work"},
+  };
+  for (const auto& [window, page, expected] : cases) {
+    EXPECT_EQ(diaTitle(window, page), expected) << window;
+  }
+}
+
+TEST(BrowserTexts, privateTitles) {
+  struct Case {
+    const char* title;
+    bool isFirefoxPrivate, isChromePrivate;
+  };
+  const Case cases[] = {
+      {"Page — Firefox (Private Browsing)", true, false},
+      {"Page — Firefox Private Browsing", true, false},
+      {"Page — Privater Modus", true, false},
+      {"Page — privé", true, false},
+      {"(Private Browsing) — Wiki", false, false},
+      {"Page — private browsing", false, false},
+      {"Page (Incognito)", false, true},
+      {"Page (anonym)", false, true},
+      {"Page - Brave (Private)", false, true},
+      {"Page - Brave (Privat)", false, true},
+      {"Page(Incognito)", false, false},
+      {"Page (Private)", false, false},
+      {"", false, false},
+  };
+  for (const auto& row : cases) {
+    EXPECT_EQ(isFirefoxPrivateTitle(row.title, "privé"), row.isFirefoxPrivate) << row.title;
+    EXPECT_EQ(isChromePrivateTitle(row.title), row.isChromePrivate) << row.title;
+  }
+  EXPECT_FALSE(isFirefoxPrivateTitle("Page", "")) << "an empty suffix would make all pages private";
+}
+
+TEST(BrowserTexts, titleWithProfile) {
+  EXPECT_EQ(titleWithProfile("Inbox", "Work"), "Inbox – Work");
+  EXPECT_EQ(titleWithProfile("Homework Work", "Work"), "Homework Work");
+  EXPECT_EQ(titleWithProfile("", "Work"), "Work");
+  EXPECT_EQ(titleWithProfile(std::nullopt, "Work"), "Work");
+}
+
+TEST(LogicProTexts, titleBeforeLastColon) {
+  EXPECT_EQ(titleBeforeLastColon("Bounce: Song: Take 2"), "Bounce: Song");
+  EXPECT_EQ(titleBeforeLastColon("Bounce:Song"), "Bounce:Song");
+}
+
+}  // namespace
+}  // namespace kestro
