@@ -1,16 +1,12 @@
-// The entry point: chooses the desktop and runs the helper on it.
-//
-//   KESTRO_SCENE               a scene to play; without it, the live desktop
-//   KESTRO_SCENE_SPEED         times real time; without it, as fast as the machine can
-//   KESTRO_TRANSCRIPT          a file, or - for standard output
-//   KESTRO_TRANSCRIPT_FORMAT   "json" (default) or "text"
-//   KESTRO_DATA_DIR            where the product keeps its database and files
+// The entry point: chooses the desktop and runs the helper on it, as the environment says
+// (README.md, "Use it").
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <exception>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <system_error>
 
 #include "app/runHelper.h"
 #include "platform/TimeZone.h"
@@ -69,17 +65,32 @@ class Helper {
       : settings_(std::move(settings)), arguments_(std::move(arguments)) {}
 
   int run() {
-    if (!openTranscript()) {
-      return refuse("cannot write the transcript to " + *settings_.transcript);
-    }
-    return settings_.scene ? runScene() : runLive();
+    if (!openTranscript()) return refuseTranscript();
+    const int exitStatus = settings_.scene ? runScene() : runLive();
+    if (settings_.transcript && !transcriptStream().flush()) return refuseTranscript();
+    return exitStatus;
   }
 
  private:
+  // A transcript holds what was read from the desktop: a new file is the owner's alone.
   bool openTranscript() {
     if (!settings_.transcript || settings_.transcript == "-") return true;
+    const bool isNew = !std::filesystem::exists(*settings_.transcript);
     transcriptFile_.open(*settings_.transcript);
-    return transcriptFile_.is_open();
+    if (!transcriptFile_.is_open()) return false;
+    using std::filesystem::perms;
+    if (isNew) {
+      std::filesystem::permissions(*settings_.transcript, perms::owner_read | perms::owner_write);
+    }
+    return true;
+  }
+
+  int refuseTranscript() const {
+    return refuse("cannot write the transcript to " + *settings_.transcript);
+  }
+
+  std::ostream& transcriptStream() {
+    return transcriptFile_.is_open() ? transcriptFile_ : std::cout;
   }
 
   int runScene() {
@@ -103,9 +114,8 @@ class Helper {
     options.arguments = arguments_;
     options.dataDirectory = environment("KESTRO_DATA_DIR");
     if (!settings_.transcript) return options;
-    std::ostream& stream = transcriptFile_.is_open() ? transcriptFile_ : std::cout;
     options.transcriptWriter =
-        makeTranscriptWriter(stream, settings_.transcriptFormat, start, timeZone);
+        makeTranscriptWriter(transcriptStream(), settings_.transcriptFormat, start, timeZone);
     return options;
   }
 
@@ -124,7 +134,7 @@ int main(int argumentCount, char** arguments) {
                         {arguments + 1, arguments + argumentCount});
   try {
     return helper.run();
-  } catch (const std::system_error& failure) {  // a data directory that cannot be made
+  } catch (const std::exception& failure) {  // a data directory or a run loop that cannot be made
     return kestro::refuse(failure.what());
   }
 }
