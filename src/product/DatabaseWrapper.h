@@ -17,13 +17,13 @@ class Process;
 class DatabaseWrapper {
  public:
   // The process's database, opened at the first call. Null when there is none: it could not be
-  // opened, or a newer version of the product wrote it; a log line has said why. One that another
-  // program holds is tried again after ten seconds.
+  // opened, or a newer version of the product wrote it; a log line has said why. Unless it is a
+  // newer one, it is tried again after ten seconds: the disk may have room, or be there, by then.
   static DatabaseWrapper* sharedInstance(Process& process);
 
   // Opens the file, makes it when there is none, and brings it to this version's schema. A file
   // that is no database is moved aside and a new one begun. Throws std::exception when there can be
-  // no database; the file is then as it was.
+  // no database; no activity in it is lost.
   DatabaseWrapper(Process& process, const std::filesystem::path& file);
   ~DatabaseWrapper();
   DatabaseWrapper(const DatabaseWrapper&) = delete;

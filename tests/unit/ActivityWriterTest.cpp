@@ -235,6 +235,9 @@ TEST_F(ActivityWriterTest, leavesANewerVersionAlone) {
   EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr);
   EXPECT_TRUE(hasLogLine("version 99"));
   EXPECT_EQ(bytes(), before);
+  makeFile("PRAGMA user_version = 0");
+  fake.runLoop.setNow(at(10));
+  EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr) << "until the next start";
 }
 
 TEST_F(ActivityWriterTest, movesADamagedFileAside) {
@@ -290,6 +293,15 @@ TEST_F(ActivityWriterTest, triesADatabaseAgainThatWasLockedAtTheStart) {
   fake.runLoop.setNow(at(10));
   EXPECT_NE(DatabaseWrapper::sharedInstance(*process), nullptr);
   EXPECT_EQ(fake.log.lines.size(), 1U);
+}
+
+TEST_F(ActivityWriterTest, waitsForADirectoryThatIsThereLater) {
+  fake.platform.dataDirectory = fake.directory.path() / "late";
+  restart();
+  EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr);
+  std::filesystem::create_directory(fake.platform.dataDirectory);
+  fake.runLoop.setNow(at(10));
+  EXPECT_NE(DatabaseWrapper::sharedInstance(*process), nullptr);
 }
 
 TEST_F(ActivityWriterTest, aFullDiskCostsTheOldestRowsAtMost) {

@@ -49,15 +49,20 @@ void createIfMissing(const fs::path& file) {
   makePrivate(file);
 }
 
+// The one failure that does not pass.
+class NewerSchema : public std::runtime_error {
+ public:
+  explicit NewerSchema(int version)
+      : std::runtime_error(fmt::format("its schema has version {}, newer than this program's {}",
+                                       version, latestSchemaVersion())) {}
+};
+
 std::unique_ptr<SQLite::Database> openedDatabase(const fs::path& file) {
   createIfMissing(file);
   auto database = std::make_unique<SQLite::Database>(file.string(), SQLite::OPEN_READWRITE,
                                                      busyTimeoutInMilliseconds);
   const int version = database->execAndGet("PRAGMA user_version");
-  if (version > latestSchemaVersion()) {
-    throw std::runtime_error(fmt::format("its schema has version {}, newer than this program's {}",
-                                         version, latestSchemaVersion()));
-  }
+  if (version > latestSchemaVersion()) throw NewerSchema(version);
   makePrivate(file);
   database->exec("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
   migrateDatabase(*database);
@@ -91,15 +96,6 @@ void moveAside(Process& process, const fs::path& file) {
                   aside.filename().string()));
 }
 
-// Whether opening may succeed later: another program holds the file, or the disk is full.
-bool mayPass(const std::exception& failure) {
-  const auto* database = dynamic_cast<const SQLite::Exception*>(&failure);
-  if (!database) return false;
-  const int code = database->getErrorCode();
-  return code == SQLITE_BUSY || code == SQLITE_LOCKED || code == SQLITE_FULL ||
-         code == SQLITE_IOERR;
-}
-
 // The database wrapper of a process, once it could be opened.
 class SharedDatabase {
  public:
@@ -114,12 +110,12 @@ class SharedDatabase {
  private:
   void open() {
     constexpr std::chrono::seconds timeBetweenTries{10};
-    isWanted_ = false;
     try {
       instance_ = std::make_unique<DatabaseWrapper>(
           process_, process_.platform().dataDirectory / "Kestro.sqlite");
+      isWanted_ = false;
     } catch (const std::exception& failure) {
-      isWanted_ = mayPass(failure);
+      isWanted_ = dynamic_cast<const NewerSchema*>(&failure) == nullptr;
       nextTry_ = process_.platform().clock.now() + timeBetweenTries;
       if (std::exchange(hasLoggedFailure_, true)) return;
       process_.platform().log.write(
