@@ -8,7 +8,8 @@
 // covers already is not recorded again.
 //
 // Rows are held back for at most ten seconds and then written in one transaction. While the
-// database refuses, they are kept in memory, up to a bound, and tried again.
+// database refuses, they are kept in memory, up to a bound, and tried again. On damage they go into
+// a new database.
 #pragma once
 
 #include <memory>

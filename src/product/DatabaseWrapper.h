@@ -7,7 +7,8 @@
 
 namespace SQLite {
 class Database;
-}
+class Exception;
+}  // namespace SQLite
 
 namespace kestro {
 
@@ -30,10 +31,17 @@ class DatabaseWrapper {
   DatabaseWrapper& operator=(const DatabaseWrapper&) = delete;
 
   SQLite::Database& db() { return *database_; }
+  static bool isDamage(const SQLite::Exception& failure);
+  // Moves the damaged file aside and begins a new one, which db() then is. Everything made of the
+  // old db() must be gone. Throws std::exception when there can be no new one; there is no db()
+  // until a later call succeeds.
+  void replaceDamaged();
   // Null when the product has none.
   ActivityWriter* activityWriter() { return activityWriter_.get(); }
 
  private:
+  Process& process_;
+  std::filesystem::path file_;
   std::unique_ptr<SQLite::Database> database_;
   std::unique_ptr<ActivityWriter> activityWriter_;
 };

@@ -255,6 +255,23 @@ TEST_F(ActivityWriterTest, movesADamagedFileAside) {
   EXPECT_TRUE(hasLogLine("damaged"));
 }
 
+TEST_F(ActivityWriterTest, beginsAnewWhenDamageIsFoundWhileItRuns) {
+  for (int time = 0; time < 2000; ++time) {
+    write({static_cast<double>(time), time % 2 == 0 ? "a" : "b"});
+  }
+  writer().flush();
+  SQLite::Database& database = DatabaseWrapper::sharedInstance(*process)->db();
+  database.exec("PRAGMA wal_checkpoint(TRUNCATE)");
+  std::fstream pages(file(), std::ios::in | std::ios::out | std::ios::binary);
+  pages.seekp(4096) << std::string(std::filesystem::file_size(file()) - 4096, '#') << std::flush;
+  database.exec("PRAGMA shrink_memory");  // so that it reads the file again
+  write({2000, "b"});
+  write({2001, "c"});
+  EXPECT_TRUE(writer().flush());
+  EXPECT_EQ(rows(), "b 1999-2001, c 2001-2002");
+  EXPECT_TRUE(hasLogLine("damaged"));
+}
+
 TEST_F(ActivityWriterTest, isReadableByItsOwnerAlone) {
   std::ofstream(file()).close();
   std::filesystem::permissions(file(), std::filesystem::perms(0666));

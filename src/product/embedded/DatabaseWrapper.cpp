@@ -69,10 +69,6 @@ std::unique_ptr<SQLite::Database> openedDatabase(const fs::path& file) {
   return database;
 }
 
-bool isDamage(const SQLite::Exception& failure) {
-  return failure.getErrorCode() == SQLITE_NOTADB || failure.getErrorCode() == SQLITE_CORRUPT;
-}
-
 fs::path pathForDamaged(const fs::path& file, Date now) {
   const auto time = fmt::gmtime(std::chrono::system_clock::to_time_t(now));
   const std::string name = fmt::format("{}.damaged-{:%Y%m%dT%H%M%SZ}", file.stem().string(), time);
@@ -136,23 +132,37 @@ DatabaseWrapper* DatabaseWrapper::sharedInstance(Process& process) {
   return process.shared<SharedDatabase>().instance();
 }
 
-DatabaseWrapper::DatabaseWrapper(Process& process, const fs::path& file) {
-  const auto open = [&] {
-    database_ = openedDatabase(file);
-    if (isPartPresent(process, "activityWriter")) {
-      activityWriter_ = std::make_unique<ActivityWriter>(process, *this);
+DatabaseWrapper::DatabaseWrapper(Process& process, const fs::path& file)
+    : process_(process), file_(file) {
+  const auto makeWriter = [&] {
+    if (isPartPresent(process_, "activityWriter")) {
+      activityWriter_ = std::make_unique<ActivityWriter>(process_, *this);
     }
   };
   try {
-    open();
+    database_ = openedDatabase(file_);
+    makeWriter();
   } catch (const SQLite::Exception& failure) {
     if (!isDamage(failure)) throw;
     database_.reset();
-    moveAside(process, file);
-    open();
+    moveAside(process_, file_);
+    database_ = openedDatabase(file_);
+    makeWriter();
   }
 }
 
 DatabaseWrapper::~DatabaseWrapper() = default;
+
+bool DatabaseWrapper::isDamage(const SQLite::Exception& failure) {
+  return failure.getErrorCode() == SQLITE_NOTADB || failure.getErrorCode() == SQLITE_CORRUPT;
+}
+
+void DatabaseWrapper::replaceDamaged() {
+  if (database_) {
+    database_.reset();
+    moveAside(process_, file_);
+  }
+  database_ = openedDatabase(file_);
+}
 
 }  // namespace kestro
