@@ -13,6 +13,7 @@ class Exception;
 namespace kestro {
 
 class ActivityWriter;
+class FileLock;
 class Process;
 
 class DatabaseWrapper {
@@ -22,9 +23,9 @@ class DatabaseWrapper {
   // newer one, it is tried again after ten seconds: the disk may have room, or be there, by then.
   static DatabaseWrapper* sharedInstance(Process& process);
 
-  // Opens the file, makes it when there is none, and brings it to this version's schema. A file
-  // that is no database is moved aside and a new one begun. Throws std::exception when there can be
-  // no database; no activity in it is lost.
+  // Opens the file, makes it when there is none, and brings it to this version's schema. Other
+  // helpers cannot open it while the wrapper lives. A file that is no database is moved aside and a
+  // new one begun. Throws std::exception when there can be no database; no activity in it is lost.
   DatabaseWrapper(Process& process, const std::filesystem::path& file);
   ~DatabaseWrapper();
   DatabaseWrapper(const DatabaseWrapper&) = delete;
@@ -42,6 +43,7 @@ class DatabaseWrapper {
  private:
   Process& process_;
   std::filesystem::path file_;
+  std::unique_ptr<FileLock> lock_;  // "Kestro.lock" beside the file: rows have one writer
   std::unique_ptr<SQLite::Database> database_;
   std::unique_ptr<ActivityWriter> activityWriter_;
 };

@@ -277,9 +277,10 @@ TEST_F(ActivityWriterTest, isReadableByItsOwnerAlone) {
   std::filesystem::permissions(file(), std::filesystem::perms(0666));
   write({0, "a"});
   writer().flush();
-  for (const std::string_view suffix : {"", "-wal", "-shm"}) {
-    const auto status = std::filesystem::status(file().string() + std::string(suffix));
-    EXPECT_EQ(status.permissions(), std::filesystem::perms(0600)) << suffix;
+  for (const std::string_view name :
+       {"Kestro.sqlite", "Kestro.sqlite-wal", "Kestro.sqlite-shm", "Kestro.lock"}) {
+    const auto status = std::filesystem::status(fake.directory.path() / name);
+    EXPECT_EQ(status.permissions(), std::filesystem::perms(0600)) << name;
   }
 }
 
@@ -309,6 +310,19 @@ TEST_F(ActivityWriterTest, triesADatabaseAgainThatWasLockedAtTheStart) {
   EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr) << "not at every sample";
   fake.runLoop.setNow(at(10));
   EXPECT_NE(DatabaseWrapper::sharedInstance(*process), nullptr);
+  EXPECT_EQ(fake.log.lines.size(), 1U);
+}
+
+TEST_F(ActivityWriterTest, aSecondHelperWaitsForTheFirst) {
+  write({0, "a"});
+  writer().flush();
+  Process second(fake.platform);
+  EXPECT_EQ(DatabaseWrapper::sharedInstance(second), nullptr);
+  EXPECT_TRUE(hasLogLine("another process"));
+  EXPECT_EQ(rows(), "a 0-1") << "others may read";
+  process.reset();
+  fake.runLoop.setNow(at(10));
+  EXPECT_NE(DatabaseWrapper::sharedInstance(second), nullptr);
   EXPECT_EQ(fake.log.lines.size(), 1U);
 }
 

@@ -15,6 +15,7 @@
 #include "platform/SystemLog.h"
 #include "product/ActivityWriter.h"
 #include "product/embedded/DatabaseMigrations.h"
+#include "product/embedded/FileLock.h"
 #include "product/embedded/ProductOperations.h"
 
 namespace kestro {
@@ -133,7 +134,9 @@ DatabaseWrapper* DatabaseWrapper::sharedInstance(Process& process) {
 }
 
 DatabaseWrapper::DatabaseWrapper(Process& process, const fs::path& file)
-    : process_(process), file_(file) {
+    : process_(process),
+      file_(file),
+      lock_(std::make_unique<FileLock>(fs::path(file).replace_extension("lock"))) {
   const auto makeWriter = [&] {
     if (isPartPresent(process_, "activityWriter")) {
       activityWriter_ = std::make_unique<ActivityWriter>(process_, *this);
