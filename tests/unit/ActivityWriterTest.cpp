@@ -300,6 +300,25 @@ TEST_F(ActivityWriterTest, keepsWhatALockedDatabaseRefuses) {
   EXPECT_EQ(rows(), "a 0-2, b 2-3, c 3-4");
 }
 
+TEST_F(ActivityWriterTest, waitsForALockOnceInTenSeconds) {
+  write({100, "a"});
+  writer().flush();
+  SQLite::Database other(file().string(), SQLite::OPEN_READWRITE);
+  other.exec("BEGIN IMMEDIATE");
+  write({101, "a"});
+  EXPECT_FALSE(writer().flush());
+  const auto start = std::chrono::steady_clock::now();
+  for (int time = 0; time < 20; ++time) {
+    write({static_cast<double>(time), "b"});
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2)) << "of 5";
+  other.exec("ROLLBACK");
+  fake.runLoop.advance(Seconds(10));
+  write({20, "b"});
+  writer().flush();
+  EXPECT_EQ(rows(), "b 20-21, a 100-102");
+}
+
 TEST_F(ActivityWriterTest, triesADatabaseAgainThatWasLockedAtTheStart) {
   makeFile("PRAGMA user_version = 0");
   {

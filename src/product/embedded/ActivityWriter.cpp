@@ -102,13 +102,18 @@ void ActivityWriter::State::close(Instant time) {
   if (isEmpty || !row.isUnsaved) rows.pop_back();
 }
 
-// Asks the table, which then has to hold every row.
+// Asks the table, which then has to hold every row. One that refuses is not asked again before the
+// next flush is due: every try may wait for a lock.
 std::optional<TimeSpan> ActivityWriter::State::freeTime(Instant start, Instant end) {
-  if (!save()) return std::nullopt;
+  if ((isFailing && flushTimer) || !save()) return std::nullopt;
   try {
-    return onTable([&](ActivityTable& rowsOnDisk) { return rowsOnDisk.freeTime(start, end); });
+    const auto free =
+        onTable([&](ActivityTable& rowsOnDisk) { return rowsOnDisk.freeTime(start, end); });
+    noteSuccess();
+    return free;
   } catch (const std::exception& failure) {
     noteFailure(failure);
+    scheduleFlush();
     return std::nullopt;
   }
 }
