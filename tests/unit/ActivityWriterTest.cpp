@@ -128,9 +128,7 @@ TEST(ActivityMerging, sameRowsHoweverOftenTheyAreSaved) {
   for (const MergeCase& merge : mergeCases()) {
     SCOPED_TRACE(merge.name);
     EXPECT_EQ(Fixture().rowsOf(merge, false), merge.rows);
-    if (merge.name != "changes at one time") {
-      EXPECT_EQ(Fixture().rowsOf(merge, true), merge.rows);
-    }
+    EXPECT_EQ(Fixture().rowsOf(merge, true), merge.rows);
   }
 }
 

@@ -136,6 +136,7 @@ void ActivityWriter::State::beginAnew() {
   table.reset();
   database.replaceDamaged();
   table.emplace(database.db());
+  std::erase_if(rows, [](const ActivityRow& row) { return row.start == row.end; });
   for (ActivityRow& row : rows) {
     row.identifier.reset();
     row.isUnsaved = true;
