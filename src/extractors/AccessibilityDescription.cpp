@@ -63,13 +63,25 @@ void appendFurtherAttributes(Summary& summary, const AccessibilityElement& eleme
   }
 }
 
-// Each line of `text` with `prefix` before it.
+// Each line of `text` with `prefix` before it, each on a new line.
 void appendPrefixed(std::string& result, std::string_view prefix, std::string_view text) {
   while (true) {
     const auto end = text.find('\n');
     result += fmt::format("\n{}{}", prefix, text.substr(0, end));
     if (end == std::string_view::npos) return;
     text.remove_prefix(end + 1);
+  }
+}
+
+void appendTree(std::string& result, const std::string& prefix, const AccessibilityElement& element,
+                std::int64_t depth, int& elementsLeft) {
+  if (--elementsLeft < 0) return;
+  appendPrefixed(result, prefix, attributeSummary(element, SummaryForm::brief));
+  if (depth <= 0 || elementsLeft == 0) return;
+  const auto children = element.children();
+  for (std::size_t index = 0; index < children.size(); ++index) {
+    appendTree(result, fmt::format("{}|\t({}) ", prefix, index), children[index], depth - 1,
+               elementsLeft);
   }
 }
 
@@ -100,13 +112,10 @@ std::string attributeSummary(const AccessibilityElement& element, SummaryForm fo
 std::optional<std::string> treeDescription(const AccessibilityElement& element,
                                            std::int64_t depth) {
   if (depth < 0) return std::nullopt;
-  std::string text = attributeSummary(element, SummaryForm::brief);
-  const auto children = depth > 0 ? element.children() : AccessibilityElements{};
-  for (std::size_t index = 0; index < children.size(); ++index) {
-    const auto child = treeDescription(children[index], depth - 1);
-    if (child) appendPrefixed(text, fmt::format("|\t({}) ", index), *child);
-  }
-  return text;
+  std::string text;
+  int elementsLeft = mostElementsExamined;
+  appendTree(text, "", element, depth, elementsLeft);
+  return text.substr(1);
 }
 
 }  // namespace kestro

@@ -17,7 +17,7 @@ enum class SummaryForm { brief, full };
 std::string attributeSummary(const AccessibilityElement& element, SummaryForm form);
 
 // The brief summaries of the element and its descendants down to `depth` levels below it, indented;
-// absent when `depth` is negative.
+// absent when `depth` is negative. Ends after `mostElementsExamined`.
 std::optional<std::string> treeDescription(const AccessibilityElement& element, std::int64_t depth);
 
 }  // namespace kestro

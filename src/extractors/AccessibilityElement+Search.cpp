@@ -22,11 +22,13 @@ struct MaxRecursionLevel {
 };
 
 std::optional<AccessibilityElement> firstBelow(const AccessibilityElement& element,
-                                               std::int64_t depth, const Predicate& predicate) {
-  if (depth < 1) return std::nullopt;
+                                               std::int64_t depth, const Predicate& predicate,
+                                               int& elementsLeft) {
+  if (depth < 1 || elementsLeft <= 0) return std::nullopt;
   for (const AccessibilityElement& child : element.children()) {
+    if (--elementsLeft < 0) return std::nullopt;
     if (predicate(child)) return child;
-    if (auto found = firstBelow(child, depth - 1, predicate)) return found;
+    if (auto found = firstBelow(child, depth - 1, predicate, elementsLeft)) return found;
   }
   return std::nullopt;
 }
@@ -44,7 +46,8 @@ std::int64_t maxRecursionLevel(Process& process) {
 std::optional<AccessibilityElement> AccessibilityElement::firstDescendant(
     std::int64_t maxDepth, const Predicate& predicate) const {
   if (predicate(*this)) return *this;
-  return firstBelow(*this, maxDepth, predicate);
+  int elementsLeft = mostElementsExamined - 1;
+  return firstBelow(*this, maxDepth, predicate, elementsLeft);
 }
 
 std::optional<AccessibilityElement> AccessibilityElement::firstDescendantWithRole(

@@ -61,7 +61,8 @@ class AccessibilityElement {
   std::optional<AccessibilityElement> asElement(const std::optional<AttributeValue>& value) const;
 
   // The first element in pre-order, among this one and its descendants down to `maxDepth` levels
-  // below it, that satisfies the predicate. 0 or less examines this element only.
+  // below it, that satisfies the predicate. 0 or less examines this element only. Absent too after
+  // `mostElementsExamined`: a tree may lead back to itself.
   std::optional<AccessibilityElement> firstDescendant(std::int64_t maxDepth,
                                                       const Predicate& predicate) const;
   std::optional<AccessibilityElement> firstDescendantWithRole(std::string_view role,
@@ -86,6 +87,9 @@ class AccessibilityElement {
 };
 
 using AccessibilityElements = AccessibilityElement::List;
+
+// By one search or description; more than any real page needs.
+constexpr int mostElementsExamined = 20'000;
 
 // The depth that callers pass to searches when they want to search as deep as allowed: the
 // preference AXUIElement_maxRecursionLevel, 20 when absent, 1000 at most, read once per process.

@@ -17,11 +17,4 @@ class Transcript {
   virtual void record(std::string_view kind, PropertyListDictionary fields) = 0;
 };
 
-// A transcript that drops everything.
-class SilentTranscript final : public Transcript {
- public:
-  bool isActive() const override { return false; }
-  void record(std::string_view, PropertyListDictionary) override {}
-};
-
 }  // namespace kestro

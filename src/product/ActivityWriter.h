@@ -8,7 +8,9 @@
 // covers already is not recorded again.
 //
 // Rows are held back for at most ten seconds and then written in one transaction. While the
-// database refuses, they are kept in memory, up to a bound, and tried again.
+// database refuses, they are kept in memory, up to a bound, and tried again. On damage they go into
+// a new database. Samples that are taken while it refuses and after the clock went back are not
+// recorded: only the database knows which time is free.
 #pragma once
 
 #include <memory>

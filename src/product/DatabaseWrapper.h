@@ -7,33 +7,43 @@
 
 namespace SQLite {
 class Database;
-}
+class Exception;
+}  // namespace SQLite
 
 namespace kestro {
 
 class ActivityWriter;
+class FileLock;
 class Process;
 
 class DatabaseWrapper {
  public:
   // The process's database, opened at the first call. Null when there is none: it could not be
-  // opened, or a newer version of the product wrote it; a log line has said why. One that another
-  // program holds is tried again after ten seconds.
+  // opened, or a newer version of the product wrote it; a log line has said why. Unless it is a
+  // newer one, it is tried again after ten seconds: the disk may have room, or be there, by then.
   static DatabaseWrapper* sharedInstance(Process& process);
 
-  // Opens the file, makes it when there is none, and brings it to this version's schema. A file
-  // that is no database is moved aside and a new one begun. Throws std::exception when there can be
-  // no database; the file is then as it was.
+  // Opens the file, makes it when there is none, and brings it to this version's schema. Other
+  // helpers cannot open it while the wrapper lives. A file that is no database is moved aside and a
+  // new one begun. Throws std::exception when there can be no database; no activity in it is lost.
   DatabaseWrapper(Process& process, const std::filesystem::path& file);
   ~DatabaseWrapper();
   DatabaseWrapper(const DatabaseWrapper&) = delete;
   DatabaseWrapper& operator=(const DatabaseWrapper&) = delete;
 
   SQLite::Database& db() { return *database_; }
+  static bool isDamage(const SQLite::Exception& failure);
+  // Moves the damaged file aside and begins a new one, which db() then is. Everything made of the
+  // old db() must be gone. Throws std::exception when there can be no new one; there is no db()
+  // until a later call succeeds.
+  void replaceDamaged();
   // Null when the product has none.
   ActivityWriter* activityWriter() { return activityWriter_.get(); }
 
  private:
+  Process& process_;
+  std::filesystem::path file_;
+  std::unique_ptr<FileLock> lock_;  // "Kestro.lock" beside the file: rows have one writer
   std::unique_ptr<SQLite::Database> database_;
   std::unique_ptr<ActivityWriter> activityWriter_;
 };

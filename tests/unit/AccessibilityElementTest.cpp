@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "SceneProcess.h"
 #include "extractors/AccessibilityDescription.h"
 #include "extractors/Box.h"
@@ -170,6 +172,17 @@ TEST(AccessibilityDescription, describesSubtreesToADepth) {
             top +
                 "\n|\t(0) role='AXGroup' title='two\n|\t(0) lines' url='a:b'"
                 "\n|\t(0) |\t(0) role='AXButton' identifier='i'\n|\t(1) ");
+}
+
+TEST(AccessibilityDescription, searchesAndDescriptionsOfATreeWithoutEndEnd) {
+  SceneProcess scene(R"({"applications": [{"pid": 1, "name": "A", "accessibility": {"children": [
+    {"id": "loop", "AXRole": "AXGroup", "AXChildren": [{"ref": "loop"}, {"ref": "loop"}]}]}}]})");
+  const AccessibilityElement loop(scene.process(), scene.element("loop"));
+  int examined = 0;
+  const auto examine = [&](const AccessibilityElement&) { return ++examined < 0; };
+  EXPECT_EQ(loop.firstDescendant(100, examine), std::nullopt);
+  EXPECT_EQ(examined, mostElementsExamined);
+  EXPECT_EQ(std::ranges::count(*treeDescription(loop, 100), '\n'), mostElementsExamined - 1);
 }
 
 TEST(Box, sharesItsValue) {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -358,6 +359,15 @@ TEST(SceneDesktopTest, RunLoopOrder) {
             (Texts{"first@0", "tick0@1", "once@1", "self@1.5", "posted@1.5", "nested@1.5",
                    "tick1@2", "tick1@3", "tick1@4", "terminate@5", "tick1@5"}));
   EXPECT_EQ(fixture.time(), 5.5);
+}
+
+TEST(SceneDesktopTest, TasksThatPostEachOtherWithoutEndAreStopped) {
+  Fixture fixture(R"({"end": 5})");
+  RunLoop& loop = fixture.platform().runLoop;
+  std::function<void()> again = [&] { loop.post(again); };
+  again();
+  EXPECT_EQ(loop.run(), 1);
+  EXPECT_EQ(fixture.time(), 0);
 }
 
 TEST(SceneDesktopTest, WhatFellDueMeanwhileHappensBeforeLateTasks) {

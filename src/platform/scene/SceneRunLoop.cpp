@@ -8,6 +8,8 @@ namespace {
 
 constexpr std::chrono::seconds patienceAfterEnd{60};
 constexpr int overdueStatus = 1;
+// Tasks that post each other without end would not let the time go on.
+constexpr int mostPostedAtOneMoment = 1'000'000;
 constexpr Seconds longestDelay{1e8};
 constexpr Seconds shortestInterval{0.001};
 
@@ -48,7 +50,6 @@ class SceneRunLoop::TimerHandle final : public Timer {
 
 SceneRunLoop::SceneRunLoop(SceneClock& clock, std::vector<ScriptedEvent> events, Date end)
     : clock_(clock), events_(std::move(events)) {
-  std::erase_if(events_, [&](const ScriptedEvent& event) { return event.due >= end; });
   eventsBeforeEnd_ = events_.size();
   events_.push_back({end, [this] { requestTermination(); }});
   events_.push_back({end + patienceAfterEnd, [this] { stop(overdueStatus); }});
@@ -98,6 +99,8 @@ void SceneRunLoop::serveOne() {
 }
 
 void SceneRunLoop::runPosted() {
+  if (std::exchange(lastPostedRun_, clock_.now()) != clock_.now()) postedAtThisMoment_ = 0;
+  if (++postedAtThisMoment_ > mostPostedAtOneMoment) return stop(overdueStatus);
   const Task task = std::move(posted_.front());
   posted_.pop_front();
   task();
@@ -148,6 +151,7 @@ bool SceneRunLoop::beginNextLife() {
 
 void SceneRunLoop::forgetLife() {
   posted_.clear();
+  postedAtThisMoment_ = 0;
   timers_.clear();
   terminationHandler_ = nullptr;
   exitStatus_.reset();

@@ -23,8 +23,9 @@ class SceneRunLoop final : public RunLoop {
     Task task;
   };
 
-  // `events` in order of time. Those due at `end` or later do not happen; at `end` the helper is
-  // asked to terminate, and a minute later it is stopped with status 1 if it is still there.
+  // `events` in order of time, all due before `end`. At `end` the helper is asked to terminate, and
+  // a minute later it is stopped with status 1 if it is still there; so it is after a million
+  // posted tasks at one moment.
   SceneRunLoop(SceneClock& clock, std::vector<ScriptedEvent> events, Date end);
   ~SceneRunLoop() override;
 
@@ -62,6 +63,8 @@ class SceneRunLoop final : public RunLoop {
   std::size_t nextEvent_ = 0;
   std::size_t eventsBeforeEnd_;
   std::deque<Task> posted_;
+  Date lastPostedRun_ = Date::min();
+  int postedAtThisMoment_ = 0;
   std::map<TimerKey, std::shared_ptr<TimerEntry>> timers_;
   std::uint64_t nextSequence_ = 0;
   Task terminationHandler_;

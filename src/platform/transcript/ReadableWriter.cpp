@@ -16,8 +16,7 @@ constexpr std::size_t longestSubject = 22;
 constexpr std::size_t longestText = 110;
 
 // Kinds that would drown the rest: calls into the product's libraries and measurements.
-constexpr std::array<std::string_view, 5> quietKinds{"product", "analytics", "statistics",
-                                                     "statusItem", "file"};
+constexpr std::array<std::string_view, 3> quietKinds{"product", "analytics", "statistics"};
 
 std::optional<std::string> textField(const PropertyListDictionary& fields, std::string_view key) {
   const PropertyList* value = fields.find(key);

@@ -52,6 +52,7 @@ ActivityTable::ActivityTable(SQLite::Database& database)
               " is_showing_save_panel, window_title, document_title, document_path, context_path,"
               " is_private_browsing) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
       updateEnd_(database, "UPDATE activities SET end = ? WHERE id = ?"),
+      remove_(database, "DELETE FROM activities WHERE id = ?"),
       lastRowStartingUntil_(
           database, "SELECT end FROM activities WHERE start <= ? ORDER BY start DESC LIMIT 1"),
       firstRowStartingFrom_(
@@ -61,7 +62,7 @@ void ActivityTable::save(std::deque<ActivityRow>& rows) {
   std::vector<std::int64_t> identifiers;
   SQLite::Transaction transaction(database_, SQLite::TransactionBehavior::IMMEDIATE);
   for (const ActivityRow& row : rows) {
-    if (row.isUnsaved && row.identifier) updateEnd(*row.identifier, row.end);
+    if (row.isUnsaved && row.identifier) update(row);
     identifiers.push_back(row.identifier ? *row.identifier : insert(row));
   }
   transaction.commit();
@@ -92,11 +93,18 @@ std::int64_t ActivityTable::insert(const ActivityRow& row) {
   return database_.getLastInsertRowid();
 }
 
-void ActivityTable::updateEnd(std::int64_t identifier, Instant end) {
+void ActivityTable::update(const ActivityRow& row) {
+  if (row.start == row.end) return remove(*row.identifier);
   const ResetAtEnd reset(updateEnd_);
-  updateEnd_.bind(1, seconds(end));
-  updateEnd_.bind(2, identifier);
+  updateEnd_.bind(1, seconds(row.end));
+  updateEnd_.bind(2, *row.identifier);
   updateEnd_.exec();
+}
+
+void ActivityTable::remove(std::int64_t identifier) {
+  const ResetAtEnd reset(remove_);
+  remove_.bind(1, identifier);
+  remove_.exec();
 }
 
 std::optional<Instant> ActivityTable::latestEnd() {

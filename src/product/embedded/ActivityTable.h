@@ -20,7 +20,8 @@ class ActivityTable {
  public:
   explicit ActivityTable(SQLite::Database& database);
 
-  // Writes the unsaved rows in one transaction, then marks them saved.
+  // Writes the unsaved rows in one transaction, then marks them saved. One that has shrunk to
+  // nothing is removed.
   void save(std::deque<ActivityRow>& rows);
   // The end of the latest row; absent in an empty table.
   std::optional<Instant> latestEnd();
@@ -30,11 +31,13 @@ class ActivityTable {
 
  private:
   std::int64_t insert(const ActivityRow& row);
-  void updateEnd(std::int64_t identifier, Instant end);
+  void update(const ActivityRow& row);
+  void remove(std::int64_t identifier);
 
   SQLite::Database& database_;
   SQLite::Statement insert_;
   SQLite::Statement updateEnd_;
+  SQLite::Statement remove_;
   SQLite::Statement lastRowStartingUntil_;
   SQLite::Statement firstRowStartingFrom_;
 };

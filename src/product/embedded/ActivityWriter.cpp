@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <type_traits>
 
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
@@ -27,26 +28,31 @@ constexpr std::size_t mostRowsHeldBack = 5000;
 }  // namespace
 
 struct ActivityWriter::State {
-  State(Process& owner, DatabaseWrapper& database)
+  State(Process& owner, DatabaseWrapper& wrapper)
       : process(owner),
-        table(database.db()),
+        database(wrapper),
+        table(std::in_place, wrapper.db()),
         interval(std::chrono::round<milliseconds>(samplingInterval(owner))),
-        latestEnd(table.latestEnd().value_or(Instant::min())) {}
+        latestEnd(table->latestEnd().value_or(Instant::min())) {}
 
   bool continues(Instant time, const ActivityFields& fields) const;
   void begin(Instant time, ActivityFields fields);
   void extend(Instant time);
   void close(Instant time);
   std::optional<TimeSpan> freeTime(Instant start, Instant end);
+  template <class Operation>
+  std::invoke_result_t<Operation, ActivityTable&> onTable(Operation operation);
+  void beginAnew();
   void setEnd(ActivityRow& row, Instant end);
   void scheduleFlush();
   bool save();
-  void noteFailure(const SQLite::Exception& failure);
+  void noteFailure(const std::exception& failure);
   void noteSuccess();
   void keepWithinBounds();
 
   Process& process;
-  ActivityTable table;
+  DatabaseWrapper& database;
+  std::optional<ActivityTable> table;  // absent while a damaged database cannot be replaced
   milliseconds interval;
   std::deque<ActivityRow> rows;    // unsaved, and the open one, which is the last
   bool isOpen = false;             // whether the last row may still grow
@@ -96,14 +102,44 @@ void ActivityWriter::State::close(Instant time) {
   if (isEmpty || !row.isUnsaved) rows.pop_back();
 }
 
-// Asks the table, which then has to hold every row.
+// Asks the table, which then has to hold every row. One that refuses is not asked again before the
+// next flush is due: every try may wait for a lock.
 std::optional<TimeSpan> ActivityWriter::State::freeTime(Instant start, Instant end) {
-  if (!save()) return std::nullopt;
+  if ((isFailing && flushTimer) || !save()) return std::nullopt;
   try {
-    return table.freeTime(start, end);
-  } catch (const SQLite::Exception& failure) {
+    const auto free =
+        onTable([&](ActivityTable& rowsOnDisk) { return rowsOnDisk.freeTime(start, end); });
+    noteSuccess();
+    return free;
+  } catch (const std::exception& failure) {
     noteFailure(failure);
+    scheduleFlush();
     return std::nullopt;
+  }
+}
+
+// On damage it is done on a new database instead.
+template <class Operation>
+std::invoke_result_t<Operation, ActivityTable&> ActivityWriter::State::onTable(
+    Operation operation) {
+  try {
+    if (table) return operation(*table);
+  } catch (const SQLite::Exception& failure) {
+    if (!DatabaseWrapper::isDamage(failure)) throw;
+  }
+  beginAnew();
+  return operation(*table);
+}
+
+// The statements go before their database. The open row is written once more, as a whole.
+void ActivityWriter::State::beginAnew() {
+  table.reset();
+  database.replaceDamaged();
+  table.emplace(database.db());
+  std::erase_if(rows, [](const ActivityRow& row) { return row.start == row.end; });
+  for (ActivityRow& row : rows) {
+    row.identifier.reset();
+    row.isUnsaved = true;
   }
 }
 
@@ -125,8 +161,8 @@ void ActivityWriter::State::scheduleFlush() {
 bool ActivityWriter::State::save() {
   if (std::ranges::none_of(rows, &ActivityRow::isUnsaved)) return true;
   try {
-    table.save(rows);
-  } catch (const SQLite::Exception& failure) {
+    onTable([&](ActivityTable& rowsOnDisk) { rowsOnDisk.save(rows); });
+  } catch (const std::exception& failure) {
     noteFailure(failure);
     scheduleFlush();
     return false;
@@ -136,7 +172,7 @@ bool ActivityWriter::State::save() {
   return true;
 }
 
-void ActivityWriter::State::noteFailure(const SQLite::Exception& failure) {
+void ActivityWriter::State::noteFailure(const std::exception& failure) {
   if (isFailing) return;
   isFailing = true;
   process.platform().log.write(

@@ -15,6 +15,7 @@
 #include "platform/SystemLog.h"
 #include "product/ActivityWriter.h"
 #include "product/embedded/DatabaseMigrations.h"
+#include "product/embedded/FileLock.h"
 #include "product/embedded/ProductOperations.h"
 
 namespace kestro {
@@ -49,23 +50,24 @@ void createIfMissing(const fs::path& file) {
   makePrivate(file);
 }
 
+// The one failure that does not pass.
+class NewerSchema : public std::runtime_error {
+ public:
+  explicit NewerSchema(int version)
+      : std::runtime_error(fmt::format("its schema has version {}, newer than this program's {}",
+                                       version, latestSchemaVersion())) {}
+};
+
 std::unique_ptr<SQLite::Database> openedDatabase(const fs::path& file) {
   createIfMissing(file);
   auto database = std::make_unique<SQLite::Database>(file.string(), SQLite::OPEN_READWRITE,
                                                      busyTimeoutInMilliseconds);
   const int version = database->execAndGet("PRAGMA user_version");
-  if (version > latestSchemaVersion()) {
-    throw std::runtime_error(fmt::format("its schema has version {}, newer than this program's {}",
-                                         version, latestSchemaVersion()));
-  }
+  if (version > latestSchemaVersion()) throw NewerSchema(version);
   makePrivate(file);
   database->exec("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
   migrateDatabase(*database);
   return database;
-}
-
-bool isDamage(const SQLite::Exception& failure) {
-  return failure.getErrorCode() == SQLITE_NOTADB || failure.getErrorCode() == SQLITE_CORRUPT;
 }
 
 fs::path pathForDamaged(const fs::path& file, Date now) {
@@ -91,15 +93,6 @@ void moveAside(Process& process, const fs::path& file) {
                   aside.filename().string()));
 }
 
-// Whether opening may succeed later: another program holds the file, or the disk is full.
-bool mayPass(const std::exception& failure) {
-  const auto* database = dynamic_cast<const SQLite::Exception*>(&failure);
-  if (!database) return false;
-  const int code = database->getErrorCode();
-  return code == SQLITE_BUSY || code == SQLITE_LOCKED || code == SQLITE_FULL ||
-         code == SQLITE_IOERR;
-}
-
 // The database wrapper of a process, once it could be opened.
 class SharedDatabase {
  public:
@@ -114,12 +107,12 @@ class SharedDatabase {
  private:
   void open() {
     constexpr std::chrono::seconds timeBetweenTries{10};
-    isWanted_ = false;
     try {
       instance_ = std::make_unique<DatabaseWrapper>(
           process_, process_.platform().dataDirectory / "Kestro.sqlite");
+      isWanted_ = false;
     } catch (const std::exception& failure) {
-      isWanted_ = mayPass(failure);
+      isWanted_ = dynamic_cast<const NewerSchema*>(&failure) == nullptr;
       nextTry_ = process_.platform().clock.now() + timeBetweenTries;
       if (std::exchange(hasLoggedFailure_, true)) return;
       process_.platform().log.write(
@@ -140,23 +133,39 @@ DatabaseWrapper* DatabaseWrapper::sharedInstance(Process& process) {
   return process.shared<SharedDatabase>().instance();
 }
 
-DatabaseWrapper::DatabaseWrapper(Process& process, const fs::path& file) {
-  const auto open = [&] {
-    database_ = openedDatabase(file);
-    if (isPartPresent(process, "activityWriter")) {
-      activityWriter_ = std::make_unique<ActivityWriter>(process, *this);
+DatabaseWrapper::DatabaseWrapper(Process& process, const fs::path& file)
+    : process_(process),
+      file_(file),
+      lock_(std::make_unique<FileLock>(fs::path(file).replace_extension("lock"))) {
+  const auto makeWriter = [&] {
+    if (isPartPresent(process_, "activityWriter")) {
+      activityWriter_ = std::make_unique<ActivityWriter>(process_, *this);
     }
   };
   try {
-    open();
+    database_ = openedDatabase(file_);
+    makeWriter();
   } catch (const SQLite::Exception& failure) {
     if (!isDamage(failure)) throw;
     database_.reset();
-    moveAside(process, file);
-    open();
+    moveAside(process_, file_);
+    database_ = openedDatabase(file_);
+    makeWriter();
   }
 }
 
 DatabaseWrapper::~DatabaseWrapper() = default;
+
+bool DatabaseWrapper::isDamage(const SQLite::Exception& failure) {
+  return failure.getErrorCode() == SQLITE_NOTADB || failure.getErrorCode() == SQLITE_CORRUPT;
+}
+
+void DatabaseWrapper::replaceDamaged() {
+  if (database_) {
+    database_.reset();
+    moveAside(process_, file_);
+  }
+  database_ = openedDatabase(file_);
+}
 
 }  // namespace kestro
