@@ -113,6 +113,7 @@ bool X11Connection::prepare() {
 }
 
 bool X11Connection::waitForAnswers() {
+  if (!connection_) return false;
   pendingAnswer_ = xcb_get_input_focus(connection_);
   if (xcb_flush(connection_) <= 0) return false;
   return hasPendingAnswerArrived(longestWait);
