@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <set>
 #include <string_view>
 
 namespace kestro {
@@ -11,6 +12,7 @@ using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
 constexpr std::string_view timeoutError = "org.freedesktop.DBus.Error.Timeout";
+constexpr std::string_view noReplyError = "org.freedesktop.DBus.Error.NoReply";
 // More than ever arrives between two samples, so that taking it ends.
 constexpr int mostArrivals = 10'000;
 
@@ -29,6 +31,7 @@ struct Batch {
     Batch* batch = nullptr;
     MessagePointer reply;
     sd_bus_slot* slot = nullptr;
+    steady_clock::duration waited{};  // until the reply came
   };
 
   explicit Batch(std::size_t count) : calls(count) {
@@ -45,13 +48,22 @@ struct Batch {
   static int onReply(sd_bus_message* message, void* context, sd_bus_error*) {
     auto* call = static_cast<Call*>(context);
     call->reply.reset(sd_bus_message_ref(message));
+    call->waited = steady_clock::now() - call->batch->start;
     --call->batch->pending;
     return 0;
   }
 
   std::vector<Call> calls;
   std::size_t pending = 0;
+  steady_clock::time_point start = steady_clock::now();
 };
+
+// libsystemd ends a call whose time is over with the error that a bus gives, earlier, for a peer
+// that went away.
+bool hasTimedOut(const Batch::Call& call, microseconds timeout) {
+  const auto* error = call.reply ? sd_bus_message_get_error(call.reply.get()) : nullptr;
+  return error && error->name && noReplyError == error->name && call.waited >= timeout;
+}
 
 void waitFor(const Batch& batch, sd_bus* bus, microseconds timeout) {
   const auto deadline = steady_clock::now() + timeout;
@@ -82,7 +94,7 @@ AccessibilityError accessibilityError(int result, const char* errorName) {
       {"org.freedesktop.DBus.Error.InvalidArgs", AccessibilityError::illegalArgument},
       {"org.freedesktop.DBus.Error.AccessDenied", AccessibilityError::apiDisabled},
       {timeoutError, AccessibilityError::cannotComplete},
-      {"org.freedesktop.DBus.Error.NoReply", AccessibilityError::cannotComplete},
+      {noReplyError, AccessibilityError::cannotComplete},
       {"org.freedesktop.DBus.Error.ServiceUnknown", AccessibilityError::cannotComplete},
       {"org.freedesktop.DBus.Error.NameHasNoOwner", AccessibilityError::cannotComplete},
       {"org.freedesktop.DBus.Error.Disconnected", AccessibilityError::cannotComplete},
@@ -207,17 +219,21 @@ std::vector<AtspiReply> AtspiConnection::callTogether(const std::vector<MessageP
     if (result >= 0) ++batch.pending;
   }
   if (batch.pending > 0) waitFor(batch, bus_.get(), timeout_);
+  std::set<std::string> silent;  // noted once, however many of its calls timed out
   for (std::size_t index = 0; index < requests.size(); ++index) {
     MessagePointer& answer = batch.calls[index].reply;
     if (replies[index].error != AccessibilityError::success) continue;
     if (!bus_ || !answer) {
       replies[index].error = AccessibilityError::cannotComplete;
     } else if (const auto* error = sd_bus_message_get_error(answer.get())) {
+      if (hasTimedOut(batch.calls[index], timeout_)) silent.insert(destinationOf(requests[index]));
       replies[index].error = noteError(destinationOf(requests[index]), -EIO, error);
     } else {
       replies[index].message = std::move(answer);
     }
   }
+  for (const std::string& busName : silent)
+    noteTimeout(busName);
   return replies;
 }
 
