@@ -52,7 +52,7 @@ class LinuxDesktop final : public Desktop {
 };
 
 LinuxDesktop::LinuxDesktop(DesktopOptions options)
-    : runLoop_(generation_),
+    : runLoop_(generation_, log_),
       x11_(generation_, log_),
       languages_(preferredLanguages(localeVariablesOfEnvironment())),
       desktopEntries_(applicationDirectories(), languages_),
