@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <set>
 #include <string_view>
 
 namespace kestro {
@@ -125,11 +124,10 @@ bool AtspiConnection::connect() {
   const auto address = status_.busAddress();
   bus_ = address ? openBus(address->c_str(), timeout_) : nullptr;
   if (!bus_) {
-    if (address && !backOff_.hasFailed()) log_.write("the accessibility bus does not answer");
+    if (address) logAbsence("the accessibility bus does not answer");
     backOff_.noteFailure(steady_clock::now());
     return false;
   }
-  backOff_.noteSuccess();
   ++connectionNumber_;
   sd_bus_add_filter(bus_.get(), nullptr, onMessage, this);
   return true;
@@ -140,7 +138,26 @@ void AtspiConnection::disconnect() {
   silences_.clear();
   // The bus may come back at once, but not under a helper that hammers at it.
   backOff_.noteFailure(steady_clock::now());
-  log_.write("the accessibility bus is gone");
+  logAbsence("the accessibility bus is gone");
+}
+
+void AtspiConnection::logAbsence(std::string_view line) {
+  if (!hasLoggedAbsence_) log_.write(line);
+  hasLoggedAbsence_ = true;
+}
+
+// A bus that takes connections and loses them again has not come back before it has carried a
+// request.
+void AtspiConnection::noteSuccess() {
+  backOff_.noteSuccess();
+  hasLoggedAbsence_ = false;
+}
+
+void AtspiConnection::forgetSilencesExcept(const std::set<std::string>& busNames) {
+  const auto now = steady_clock::now();
+  std::erase_if(silences_, [&](const auto& silence) {
+    return silence.second.isDue(now) && !busNames.contains(silence.first);
+  });
 }
 
 MessagePointer AtspiConnection::request(const AtspiObject& object, const char* interface,
@@ -203,6 +220,7 @@ AtspiReply AtspiConnection::call(const MessagePointer& request) {
   const int result =
       sd_bus_call(bus_.get(), request.get(), microsecondCount(timeout_), error.get(), &reply);
   if (result < 0) return {nullptr, noteError(busName, result, error.get())};
+  noteSuccess();
   noteAnswer(busName);
   return {MessagePointer(reply), AccessibilityError::success};
 }
@@ -229,6 +247,7 @@ std::vector<AtspiReply> AtspiConnection::callTogether(const std::vector<MessageP
       if (hasTimedOut(batch.calls[index], timeout_)) silent.insert(destinationOf(requests[index]));
       replies[index].error = noteError(destinationOf(requests[index]), -EIO, error);
     } else {
+      noteSuccess();
       replies[index].message = std::move(answer);
     }
   }
