@@ -182,6 +182,13 @@ bool writeAll(int descriptor, std::string_view text) {
   return fsync(descriptor) == 0;
 }
 
+// Without it the old name may stand again after a loss of power.
+bool syncDirectory(const std::filesystem::path& directory) {
+  const File file(open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_CLOEXEC));
+  // Some file systems cannot sync a directory.
+  return file.get() >= 0 && (fsync(file.get()) == 0 || errno == EINVAL);
+}
+
 }  // namespace
 
 std::optional<PropertyListDictionary> propertyListFromText(std::string_view text) {
@@ -216,7 +223,9 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& path) {
   std::size_t filled = 0;
   while (filled < text.size()) {
     const ssize_t count = read(file.get(), text.data() + filled, text.size() - filled);
-    if (count <= 0) break;
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return std::nullopt;
+    if (count == 0) break;
     filled += static_cast<std::size_t>(count);
   }
   text.resize(filled);
@@ -224,10 +233,13 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& path) {
 }
 
 bool replaceFile(const std::filesystem::path& path, std::string_view text) {
+  if (text.empty()) return false;
   std::string temporary = path.string() + ".XXXXXX";
   const File file(mkostemp(temporary.data(), O_CLOEXEC));  // readable by the owner alone
   if (file.get() < 0) return false;
-  if (writeAll(file.get(), text) && rename(temporary.c_str(), path.c_str()) == 0) return true;
+  if (writeAll(file.get(), text) && rename(temporary.c_str(), path.c_str()) == 0) {
+    return syncDirectory(path.parent_path());
+  }
   unlink(temporary.c_str());
   return false;
 }
