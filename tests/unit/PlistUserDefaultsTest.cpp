@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "platform/linux/PropertyListFile.h"
+#include "platform/linux/WholeFile.h"
 
 namespace kestro {
 namespace {

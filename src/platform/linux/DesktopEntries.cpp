@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <set>
 
-#include "platform/linux/PropertyListFile.h"
 #include "platform/linux/Utf8.h"
+#include "platform/linux/WholeFile.h"
 
 namespace kestro {
 namespace {

@@ -6,6 +6,7 @@
 
 #include "platform/linux/LinuxDirectories.h"
 #include "platform/linux/PropertyListFile.h"
+#include "platform/linux/WholeFile.h"
 
 namespace kestro {
 namespace {
