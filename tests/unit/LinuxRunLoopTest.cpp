@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <stdexcept>
 #include <string>
 
 namespace kestro {
@@ -14,17 +15,24 @@ void busyUntil(std::chrono::steady_clock::time_point end) {
   }
 }
 
+class KeepingLog final : public SystemLog {
+ public:
+  void write(std::string_view line) override { text += line; }
+  std::string text;
+};
+
 class LinuxRunLoopTest : public testing::Test {
  protected:
   LinuxRunLoopTest() { pthread_sigmask(SIG_SETMASK, nullptr, &signals_); }
   ~LinuxRunLoopTest() override { pthread_sigmask(SIG_SETMASK, &signals_, nullptr); }
 
   sigset_t signals_{};
+  KeepingLog log_;
   SampleGeneration generation_;
 };
 
 TEST_F(LinuxRunLoopTest, RunsTasksInOrderAndCancelsDestroyedTimers) {
-  LinuxRunLoop loop(generation_);
+  LinuxRunLoop loop(generation_, log_);
   std::string order;
   auto cancelled = loop.scheduleAfter(Seconds(0), [&] { order += "x"; });
   cancelled.reset();
@@ -48,8 +56,17 @@ TEST_F(LinuxRunLoopTest, RunsTasksInOrderAndCancelsDestroyedTimers) {
   EXPECT_GE(generation_.current(), before + 6);
 }
 
+TEST_F(LinuxRunLoopTest, GoesOnAfterATaskThatThrowsAndKeepsItsTextToItself) {
+  LinuxRunLoop loop(generation_, log_);
+  loop.post([] { throw std::runtime_error("a title"); });
+  const auto timer = loop.scheduleAfter(Seconds(0.01), [&] { loop.stop(3); });
+  EXPECT_EQ(loop.run(), 3);
+  EXPECT_FALSE(log_.text.empty());
+  EXPECT_EQ(log_.text.find("a title"), std::string::npos);
+}
+
 TEST_F(LinuxRunLoopTest, LeavesOutIntervalsThatAreOver) {
-  LinuxRunLoop loop(generation_);
+  LinuxRunLoop loop(generation_, log_);
   const auto begin = std::chrono::steady_clock::now();
   int runs = 0;
   const auto timer = loop.scheduleEvery(Seconds(0.01), [&] {
@@ -63,12 +80,12 @@ TEST_F(LinuxRunLoopTest, LeavesOutIntervalsThatAreOver) {
 
 TEST_F(LinuxRunLoopTest, HandsSignalsToTheTerminationHandler) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-    LinuxRunLoop loop(generation_);
+    LinuxRunLoop loop(generation_, log_);
     loop.setTerminationHandler([&] { loop.post([&] { loop.stop(3); }); });
     kill(getpid(), signal);
     EXPECT_EQ(loop.run(), 3);
   }
-  LinuxRunLoop unhandled(generation_);
+  LinuxRunLoop unhandled(generation_, log_);
   kill(getpid(), SIGTERM);
   EXPECT_EQ(unhandled.run(), 0);
 }

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "platform/linux/PropertyListFile.h"
+#include "platform/linux/WholeFile.h"
 
 namespace kestro {
 namespace {
@@ -88,6 +88,7 @@ TEST_F(PlistUserDefaultsTest, KeepsAMalformedFileAside) {
     deep += "</array>";
   deep += "</dict></plist>";
   PlistUserDefaultsDatabase database(directory_, log_);
+  int count = 0;
   for (const std::string& text : {std::string("not a list"), std::string("<plist><array/></plist>"),
                                   std::string("<plist><dict><key>a</key>"),
                                   std::string("bplist00\xff\xff\xff"), std::string(100, '\0')}) {
@@ -97,11 +98,28 @@ TEST_F(PlistUserDefaultsTest, KeepsAMalformedFileAside) {
     EXPECT_EQ(database.standard().value("other"), std::nullopt);
     EXPECT_EQ(log_.lines, 1) << text;
     database.standard().set("key", 1);
-    EXPECT_EQ(readWholeFile(file().string() + ".malformed"), text);
+    const std::string number = ++count == 1 ? "" : "." + std::to_string(count);
+    EXPECT_EQ(readWholeFile(file().string() + ".malformed" + number), text);
     EXPECT_EQ(database.standard().integer("key"), 1);
   }
   write(deep);
   database.standard().value("k");  // as much of it as can be read, and no crash
+}
+
+TEST_F(PlistUserDefaultsTest, LeavesAFileThatCannotBeReadAsItIs) {
+  constexpr std::uintmax_t tooLarge = 17 << 20;
+  PlistUserDefaultsDatabase database(directory_, log_);
+  write("x");
+  fs::resize_file(file(), tooLarge);
+  EXPECT_EQ(database.standard().value("key"), std::nullopt);
+  EXPECT_EQ(log_.lines, 1);
+  database.standard().set("key", 1);
+  EXPECT_EQ(database.standard().integer("key"), 1);  // in memory
+  EXPECT_EQ(fs::file_size(file()), tooLarge);
+  EXPECT_FALSE(fs::exists(file().string() + ".malformed"));
+  fs::remove(file());
+  database.standard().set("key", 2);
+  EXPECT_EQ(PlistUserDefaultsDatabase(directory_, log_).standard().integer("key"), 2);
 }
 
 TEST_F(PlistUserDefaultsTest, RefusesNamesThatAreNoFileNames) {

@@ -54,6 +54,11 @@ void AccessibilityStatus::noteFailure(int result) {
   hasLoggedAbsence_ = true;
 }
 
+// A service that refuses the switch may still give an address; one that is silent or gone does not.
+void AccessibilityStatus::noteSilence(int result) {
+  if (result == -ETIMEDOUT || sd_bus_is_open(bus_.get()) <= 0) noteFailure(result);
+}
+
 std::optional<std::string> AccessibilityStatus::busAddress() {
   if (!isConnected()) return std::nullopt;
   sd_bus_message* request = nullptr;
@@ -78,18 +83,25 @@ bool AccessibilityStatus::isEnabled() {
   isEnabled_ = false;
   if (!isConnected()) return false;
   MessagePointer reply;
-  if (send(bus_.get(), propertyCall(bus_.get(), "Get"), timeout_, reply) < 0) return false;
+  const int result = send(bus_.get(), propertyCall(bus_.get(), "Get"), timeout_, reply);
+  if (result < 0) {
+    noteSilence(result);
+    return false;
+  }
   int value = 0;
   isEnabled_ = sd_bus_message_read(reply.get(), "v", "b", &value) > 0 && value != 0;
   return isEnabled_;
 }
 
 void AccessibilityStatus::enable() {
+  // Not connected also after the question for it has failed: one wait is enough.
   if (isEnabled() || !isConnected()) return;
   const MessagePointer request = propertyCall(bus_.get(), "Set");
   MessagePointer reply;
   if (!request || sd_bus_message_append(request.get(), "v", "b", 1) < 0) return;
-  isEnabled_ = send(bus_.get(), request, timeout_, reply) >= 0;
+  const int result = send(bus_.get(), request, timeout_, reply);
+  isEnabled_ = result >= 0;
+  if (result < 0) noteSilence(result);
 }
 
 }  // namespace kestro

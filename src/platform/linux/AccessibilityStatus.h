@@ -30,6 +30,7 @@ class AccessibilityStatus {
  private:
   bool isConnected();
   void noteFailure(int result);
+  void noteSilence(int result);
 
   SystemLog& log_;
   std::chrono::microseconds timeout_{std::chrono::seconds(2)};

@@ -1,5 +1,7 @@
 #include "platform/linux/AtspiApplications.h"
 
+#include <set>
+
 #include "platform/linux/AtspiMessages.h"
 #include "platform/linux/ProcessInformation.h"
 
@@ -81,6 +83,15 @@ void AtspiApplications::readProcesses(const std::vector<AtspiObject>& roots) {
     if (process.value) known[names[index]] = *process.value;
   }
   processes_ = std::move(known);
+  forgetAllExcept(roots);
+}
+
+void AtspiApplications::forgetAllExcept(const std::vector<AtspiObject>& roots) {
+  std::set<std::string> names;
+  for (const AtspiObject& root : roots)
+    names.insert(root.busName);
+  std::erase_if(toolkits_, [&](const auto& known) { return !names.contains(known.first); });
+  connection_.forgetSilencesExcept(names);
 }
 
 AtspiToolkit AtspiApplications::toolkit(const AtspiObject& object) {

@@ -36,6 +36,7 @@ class AtspiApplications {
   std::optional<AtspiToolkit> readToolkit(const AtspiObject& root);
   void findRoots();
   void readProcesses(const std::vector<AtspiObject>& roots);
+  void forgetAllExcept(const std::vector<AtspiObject>& roots);
 
   AtspiConnection& connection_;
   AtspiReader& reader_;

@@ -11,6 +11,7 @@ using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
 constexpr std::string_view timeoutError = "org.freedesktop.DBus.Error.Timeout";
+constexpr std::string_view noReplyError = "org.freedesktop.DBus.Error.NoReply";
 // More than ever arrives between two samples, so that taking it ends.
 constexpr int mostArrivals = 10'000;
 
@@ -29,6 +30,7 @@ struct Batch {
     Batch* batch = nullptr;
     MessagePointer reply;
     sd_bus_slot* slot = nullptr;
+    steady_clock::duration waited{};  // until the reply came
   };
 
   explicit Batch(std::size_t count) : calls(count) {
@@ -45,13 +47,22 @@ struct Batch {
   static int onReply(sd_bus_message* message, void* context, sd_bus_error*) {
     auto* call = static_cast<Call*>(context);
     call->reply.reset(sd_bus_message_ref(message));
+    call->waited = steady_clock::now() - call->batch->start;
     --call->batch->pending;
     return 0;
   }
 
   std::vector<Call> calls;
   std::size_t pending = 0;
+  steady_clock::time_point start = steady_clock::now();
 };
+
+// libsystemd ends a call whose time is over with the error that a bus gives, earlier, for a peer
+// that went away.
+bool hasTimedOut(const Batch::Call& call, microseconds timeout) {
+  const auto* error = call.reply ? sd_bus_message_get_error(call.reply.get()) : nullptr;
+  return error && error->name && noReplyError == error->name && call.waited >= timeout;
+}
 
 void waitFor(const Batch& batch, sd_bus* bus, microseconds timeout) {
   const auto deadline = steady_clock::now() + timeout;
@@ -82,7 +93,7 @@ AccessibilityError accessibilityError(int result, const char* errorName) {
       {"org.freedesktop.DBus.Error.InvalidArgs", AccessibilityError::illegalArgument},
       {"org.freedesktop.DBus.Error.AccessDenied", AccessibilityError::apiDisabled},
       {timeoutError, AccessibilityError::cannotComplete},
-      {"org.freedesktop.DBus.Error.NoReply", AccessibilityError::cannotComplete},
+      {noReplyError, AccessibilityError::cannotComplete},
       {"org.freedesktop.DBus.Error.ServiceUnknown", AccessibilityError::cannotComplete},
       {"org.freedesktop.DBus.Error.NameHasNoOwner", AccessibilityError::cannotComplete},
       {"org.freedesktop.DBus.Error.Disconnected", AccessibilityError::cannotComplete},
@@ -113,11 +124,10 @@ bool AtspiConnection::connect() {
   const auto address = status_.busAddress();
   bus_ = address ? openBus(address->c_str(), timeout_) : nullptr;
   if (!bus_) {
-    if (address && !backOff_.hasFailed()) log_.write("the accessibility bus does not answer");
+    if (address) logAbsence("the accessibility bus does not answer");
     backOff_.noteFailure(steady_clock::now());
     return false;
   }
-  backOff_.noteSuccess();
   ++connectionNumber_;
   sd_bus_add_filter(bus_.get(), nullptr, onMessage, this);
   return true;
@@ -128,7 +138,26 @@ void AtspiConnection::disconnect() {
   silences_.clear();
   // The bus may come back at once, but not under a helper that hammers at it.
   backOff_.noteFailure(steady_clock::now());
-  log_.write("the accessibility bus is gone");
+  logAbsence("the accessibility bus is gone");
+}
+
+void AtspiConnection::logAbsence(std::string_view line) {
+  if (!hasLoggedAbsence_) log_.write(line);
+  hasLoggedAbsence_ = true;
+}
+
+// A bus that takes connections and loses them again has not come back before it has carried a
+// request.
+void AtspiConnection::noteSuccess() {
+  backOff_.noteSuccess();
+  hasLoggedAbsence_ = false;
+}
+
+void AtspiConnection::forgetSilencesExcept(const std::set<std::string>& busNames) {
+  const auto now = steady_clock::now();
+  std::erase_if(silences_, [&](const auto& silence) {
+    return silence.second.isDue(now) && !busNames.contains(silence.first);
+  });
 }
 
 MessagePointer AtspiConnection::request(const AtspiObject& object, const char* interface,
@@ -191,6 +220,7 @@ AtspiReply AtspiConnection::call(const MessagePointer& request) {
   const int result =
       sd_bus_call(bus_.get(), request.get(), microsecondCount(timeout_), error.get(), &reply);
   if (result < 0) return {nullptr, noteError(busName, result, error.get())};
+  noteSuccess();
   noteAnswer(busName);
   return {MessagePointer(reply), AccessibilityError::success};
 }
@@ -207,17 +237,22 @@ std::vector<AtspiReply> AtspiConnection::callTogether(const std::vector<MessageP
     if (result >= 0) ++batch.pending;
   }
   if (batch.pending > 0) waitFor(batch, bus_.get(), timeout_);
+  std::set<std::string> silent;  // noted once, however many of its calls timed out
   for (std::size_t index = 0; index < requests.size(); ++index) {
     MessagePointer& answer = batch.calls[index].reply;
     if (replies[index].error != AccessibilityError::success) continue;
     if (!bus_ || !answer) {
       replies[index].error = AccessibilityError::cannotComplete;
     } else if (const auto* error = sd_bus_message_get_error(answer.get())) {
+      if (hasTimedOut(batch.calls[index], timeout_)) silent.insert(destinationOf(requests[index]));
       replies[index].error = noteError(destinationOf(requests[index]), -EIO, error);
     } else {
+      noteSuccess();
       replies[index].message = std::move(answer);
     }
   }
+  for (const std::string& busName : silent)
+    noteTimeout(busName);
   return replies;
 }
 

@@ -6,7 +6,9 @@
 #include <chrono>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Accessibility.h"
@@ -48,11 +50,15 @@ class AtspiConnection {
 
   // Whether requests to this peer fail at once.
   bool isSilenced(const std::string& busName) const;
+  // Drops what is known of silences that are over, of peers that are none of these.
+  void forgetSilencesExcept(const std::set<std::string>& busNames);
 
  private:
   static int onMessage(sd_bus_message* message, void* connection, sd_bus_error* error);
   bool connect();
   void disconnect();
+  void logAbsence(std::string_view line);
+  void noteSuccess();
   AccessibilityError admit(const MessagePointer& request);
   void noteAnswer(const std::string& busName) { silences_.erase(busName); }
   void noteTimeout(const std::string& busName);
@@ -63,6 +69,7 @@ class AtspiConnection {
   std::function<void()> onRequest_;
   std::chrono::microseconds timeout_{std::chrono::seconds(2)};
   BackOff backOff_{std::chrono::seconds(1), std::chrono::seconds(30)};
+  bool hasLoggedAbsence_ = false;
   BusPointer bus_;
   std::uint64_t connectionNumber_ = 0;
   std::map<std::string, BackOff> silences_;  // by unique bus name

@@ -80,12 +80,13 @@ bool AtspiWindows::isTopLevel(const AtspiObject& object, ProcessIdentifier proce
   return objects.value && std::ranges::find(*objects.value, object) != objects.value->end();
 }
 
-const X11Window* AtspiWindows::windowOf(const AtspiObject& object, ProcessIdentifier process) {
+std::optional<X11Window> AtspiWindows::windowOf(const AtspiObject& object,
+                                                ProcessIdentifier process) {
   const auto known = matches().find(object);
-  if (known != matches_.end()) return desktop_.snapshot().find(known->second);
-  const X11Window* found = findWindowOf(object, process);
-  matches()[object] = found ? found->identifier : 0;
-  return found;
+  const X11Window* found = known != matches_.end() ? desktop_.snapshot().find(known->second)
+                                                   : findWindowOf(object, process);
+  if (known == matches_.end()) matches()[object] = found ? found->identifier : 0;
+  return found ? std::optional(*found) : std::nullopt;
 }
 
 const X11Window* AtspiWindows::findWindowOf(const AtspiObject& object, ProcessIdentifier process) {

@@ -25,9 +25,9 @@ class AtspiWindows {
   AccessibilityResult<AtspiObject> mainWindow(ProcessIdentifier process);
 
   bool isTopLevel(const AtspiObject& object, ProcessIdentifier process);
-  // The X server's window of a top-level object; null when it cannot be told. Valid until the next
-  // sample.
-  const X11Window* windowOf(const AtspiObject& object, ProcessIdentifier process);
+  // The X server's window of a top-level object; absent when it cannot be told. A copy, because any
+  // later read may take another snapshot.
+  std::optional<X11Window> windowOf(const AtspiObject& object, ProcessIdentifier process);
 
   const X11Snapshot& snapshot() { return desktop_.snapshot(); }
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <set>
 
-#include "platform/linux/PropertyListFile.h"
 #include "platform/linux/Utf8.h"
+#include "platform/linux/WholeFile.h"
 
 namespace kestro {
 namespace {
@@ -12,6 +12,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::chrono::seconds shortestInterval{5};
+constexpr int deepestDirectory = 8;
 
 std::string_view takeLine(std::string_view& text) {
   const std::size_t end = std::min(text.find('\n'), text.size());
@@ -135,9 +136,12 @@ void DesktopEntries::readDirectory(const fs::path& top) {
     known.insert(entry.identifier);
   std::vector<fs::path> files;
   std::error_code error;
-  for (fs::recursive_directory_iterator position(top, error), end; !error && position != end;
-       position.increment(error)) {
-    if (position->is_directory(error)) noteTime(position->path());
+  const auto options = fs::directory_options::skip_permission_denied;
+  for (fs::recursive_directory_iterator position(top, options, error), end;
+       !error && position != end; position.increment(error)) {
+    std::error_code ignored;  // of a link that leads nowhere
+    if (position->is_directory(ignored)) noteTime(position->path());
+    if (position.depth() >= deepestDirectory) position.disable_recursion_pending();
     if (position->path().extension() == ".desktop") files.push_back(position->path());
   }
   std::ranges::sort(files);

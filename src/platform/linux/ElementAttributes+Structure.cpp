@@ -94,14 +94,13 @@ AccessibilityResult<AttributeValue> ElementAttributes::window(const AtspiElement
 Point ElementAttributes::windowOffset(const AtspiElement& element) {
   if (applications_.toolkit(element.object()) != AtspiToolkit::gtk4) return {};
   const auto main = windows_.mainWindow(element.process());
-  const X11Window* window =
-      main.value ? windows_.windowOf(*main.value, element.process()) : nullptr;
+  const auto window = main.value ? windows_.windowOf(*main.value, element.process()) : std::nullopt;
   return window ? window->bounds.origin : Point{};
 }
 
 AccessibilityResult<Rect> ElementAttributes::bounds(const AtspiElement& element) {
   const auto& monitors = windows_.snapshot().monitors;
-  if (const X11Window* window = windows_.windowOf(element.object(), element.process())) {
+  if (const auto window = windows_.windowOf(element.object(), element.process())) {
     return accessibilityBounds(window->bounds, monitors);
   }
   auto extents = reader_.extents(element.object());
@@ -134,12 +133,12 @@ AccessibilityResult<AttributeValue> ElementAttributes::state(const AtspiElement&
 AccessibilityResult<AttributeValue> ElementAttributes::isModal(const AtspiElement& element) {
   const auto states = reader_.states(element.object());
   if (!states.value) return states.error;
-  const X11Window* window = windows_.windowOf(element.object(), element.process());
+  const auto window = windows_.windowOf(element.object(), element.process());
   return AttributeValue(states.value->has(AtspiState::modal) || (window && window->isModal));
 }
 
 AccessibilityResult<AttributeValue> ElementAttributes::isFullScreen(const AtspiElement& element) {
-  const X11Window* window = windows_.windowOf(element.object(), element.process());
+  const auto window = windows_.windowOf(element.object(), element.process());
   if (!window) return AccessibilityError::attributeUnsupported;
   const auto& monitors = windows_.snapshot().monitors;
   const bool coversMonitor = std::ranges::find(monitors, window->bounds) != monitors.end();
@@ -147,7 +146,7 @@ AccessibilityResult<AttributeValue> ElementAttributes::isFullScreen(const AtspiE
 }
 
 AccessibilityResult<AttributeValue> ElementAttributes::isMinimized(const AtspiElement& element) {
-  const X11Window* window = windows_.windowOf(element.object(), element.process());
+  const auto window = windows_.windowOf(element.object(), element.process());
   if (!window) return AccessibilityError::attributeUnsupported;
   return AttributeValue(window->isMinimized);
 }

@@ -232,12 +232,12 @@ std::optional<AtspiObject> LinuxAccessibility::windowAt(ProcessIdentifier proces
   };
   const auto main = windows_.mainWindow(process);
   if (!main.value) return std::nullopt;
-  const X11Window* window = windows_.windowOf(*main.value, process);
+  const auto window = windows_.windowOf(*main.value, process);
   if (window && contains(window->bounds)) return *main.value;
   const auto all = windows_.windows(process);
   if (!all.value) return std::nullopt;
   for (const AtspiObject& object : *all.value) {
-    const X11Window* other = windows_.windowOf(object, process);
+    const auto other = windows_.windowOf(object, process);
     if (other && contains(other->bounds)) return object;
   }
   return std::nullopt;

@@ -1,15 +1,14 @@
 #include "platform/linux/LinuxChildProcesses.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstring>
 #include <system_error>
 #include <thread>
 
@@ -17,6 +16,7 @@ namespace kestro {
 namespace {
 
 constexpr std::chrono::seconds longestWait{10};
+constexpr std::chrono::milliseconds shortestPause{20};
 
 // A child begins with no signal blocked and none ignored, whatever the run loop needs for itself.
 class SpawnAttributes {
@@ -40,10 +40,23 @@ class SpawnAttributes {
   posix_spawnattr_t attributes_{};
 };
 
+// Without descriptors for processes its end is looked for, at intervals. Leaves it to be reaped.
+bool waitForEndByAsking(pid_t process) {
+  const auto deadline = std::chrono::steady_clock::now() + longestWait;
+  while (std::chrono::steady_clock::now() < deadline) {
+    siginfo_t information{};
+    const int result =
+        waitid(P_PID, static_cast<id_t>(process), &information, WEXITED | WNOHANG | WNOWAIT);
+    if (result == 0 && information.si_pid == process) return true;
+    std::this_thread::sleep_for(shortestPause);
+  }
+  return false;
+}
+
 // Waits for the process through a descriptor of it. False when the time is over.
 bool waitForEnd(pid_t process) {
   const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
-  if (descriptor < 0) return true;  // without descriptors for processes, waitpid does the waiting
+  if (descriptor < 0) return waitForEndByAsking(process);
   pollfd entry{descriptor, POLLIN, 0};
   const auto deadline = std::chrono::steady_clock::now() + longestWait;
   int ready = 0;

@@ -52,7 +52,7 @@ class LinuxDesktop final : public Desktop {
 };
 
 LinuxDesktop::LinuxDesktop(DesktopOptions options)
-    : runLoop_(generation_),
+    : runLoop_(generation_, log_),
       x11_(generation_, log_),
       languages_(preferredLanguages(localeVariablesOfEnvironment())),
       desktopEntries_(applicationDirectories(), languages_),
@@ -89,7 +89,9 @@ MainBundle LinuxDesktop::mainBundle() {
 
 std::filesystem::path LinuxDesktop::makeDataDirectory(const DesktopOptions& options) {
   auto directory = options.dataDirectory.value_or(defaultDataDirectory());
-  if (!makePrivateDirectory(directory)) log_.write("the data directory cannot be made");
+  if (!makePrivateDirectory(directory)) {
+    log_.write("the data directory cannot be made for its owner alone");
+  }
   return directory;
 }
 

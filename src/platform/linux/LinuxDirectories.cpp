@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The specification wants relative paths in these variables to be ignored.
+// The XDG base directory rules want relative paths in these variables to be ignored.
 fs::path directoryOfVariable(const char* variable, const fs::path& otherwise) {
   const char* value = std::getenv(variable);
   if (!value || value[0] != '/') return otherwise;
@@ -50,6 +50,7 @@ std::vector<fs::path> applicationDirectories() {
 
 bool makePrivateDirectory(const fs::path& directory) {
   std::error_code error;
+  if (fs::is_directory(directory, error)) return true;
   fs::create_directories(directory, error);
   if (error) return false;
   fs::permissions(directory, fs::perms::owner_all, error);

@@ -1,4 +1,4 @@
-// The user's base directories, as the XDG Base Directory Specification has them.
+// The user's base directories, by the XDG base directory rules.
 #pragma once
 
 #include <filesystem>
@@ -12,8 +12,8 @@ std::filesystem::path defaultDataDirectory();    // $XDG_DATA_HOME/kestro
 // The directories that hold desktop files, most important first.
 std::vector<std::filesystem::path> applicationDirectories();
 
-// Makes the directory and what is missing above it, and makes it readable by its owner alone. False
-// when that cannot be had.
+// Makes the directory, for its owner alone, and what is missing above it. One that exists stays as
+// it is. False when that cannot be had.
 bool makePrivateDirectory(const std::filesystem::path& directory);
 
 }  // namespace kestro

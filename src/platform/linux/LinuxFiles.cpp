@@ -2,6 +2,7 @@
 
 #include "platform/StringsText.h"
 #include "platform/linux/PropertyListFile.h"
+#include "platform/linux/WholeFile.h"
 
 namespace kestro {
 

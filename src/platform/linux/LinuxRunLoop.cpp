@@ -40,8 +40,9 @@ class EventTimer final : public Timer {
              RunLoop::Task task)
       : state_(std::make_shared<State>(
             State{loop, std::move(task), interval, monotonicNow() + microseconds(delay)})) {
-    sd_event_add_time(event, &source_, CLOCK_MONOTONIC, state_->due, timerAccuracy, onTime,
-                      state_.get());
+    const int result = sd_event_add_time(event, &source_, CLOCK_MONOTONIC, state_->due,
+                                         timerAccuracy, onTime, state_.get());
+    if (result < 0) throw std::runtime_error("no timer can be made");
   }
   ~EventTimer() override {
     state_->isCancelled = true;
@@ -101,14 +102,22 @@ void blockTerminationSignals() {
 
 }  // namespace
 
-LinuxRunLoop::LinuxRunLoop(SampleGeneration& generation) : generation_(generation) {
+LinuxRunLoop::LinuxRunLoop(SampleGeneration& generation, SystemLog& log)
+    : generation_(generation), log_(log) {
   if (sd_event_new(&event_) < 0) throw std::runtime_error("no event loop can be made");
   blockTerminationSignals();
-  for (const int signal : terminationSignals) {
-    sd_event_add_signal(event_, nullptr, signal, onSignal, this);
+  if (!addSources()) {
+    sd_event_unref(event_);
+    throw std::runtime_error("the event loop takes no sources");
   }
-  sd_event_add_defer(event_, &postedSource_, onPosted, this);
-  sd_event_source_set_enabled(postedSource_, SD_EVENT_OFF);
+}
+
+bool LinuxRunLoop::addSources() {
+  for (const int signal : terminationSignals) {
+    if (sd_event_add_signal(event_, nullptr, signal, onSignal, this) < 0) return false;
+  }
+  if (sd_event_add_defer(event_, &postedSource_, onPosted, this) < 0) return false;
+  return sd_event_source_set_enabled(postedSource_, SD_EVENT_OFF) >= 0;
 }
 
 LinuxRunLoop::~LinuxRunLoop() {
@@ -118,7 +127,12 @@ LinuxRunLoop::~LinuxRunLoop() {
 
 void LinuxRunLoop::perform(const Task& task) {
   generation_.advance();
-  if (task) task();
+  try {
+    if (task) task();
+  } catch (const std::exception&) {
+    // Its text may hold what was read from the desktop.
+    log_.write("a task failed; the helper goes on");
+  }
 }
 
 void LinuxRunLoop::post(Task task) {
@@ -165,7 +179,10 @@ void LinuxRunLoop::terminate() {
 }
 
 int LinuxRunLoop::run() {
-  return std::max(sd_event_loop(event_), 0);
+  const int result = sd_event_loop(event_);
+  if (result >= 0) return result;
+  log_.write("the event loop failed");
+  return 1;
 }
 
 void LinuxRunLoop::stop(int exitStatus) {

@@ -8,14 +8,15 @@
 #include <memory>
 
 #include "platform/RunLoop.h"
+#include "platform/SystemLog.h"
 #include "platform/linux/SampleGeneration.h"
 
 namespace kestro {
 
 class LinuxRunLoop final : public RunLoop {
  public:
-  // Every task begins a new generation.
-  explicit LinuxRunLoop(SampleGeneration& generation);
+  // Every task begins a new generation. Throws std::runtime_error without an event loop.
+  LinuxRunLoop(SampleGeneration& generation, SystemLog& log);
   ~LinuxRunLoop() override;
   LinuxRunLoop(const LinuxRunLoop&) = delete;
   LinuxRunLoop& operator=(const LinuxRunLoop&) = delete;
@@ -27,16 +28,19 @@ class LinuxRunLoop final : public RunLoop {
   int run() override;
   void stop(int exitStatus) override;
 
-  // Runs one task as the loop does.
+  // Runs one task as the loop does. An exception ends the task alone, and is logged: none may pass
+  // through the event loop's C functions.
   void perform(const Task& task);
 
  private:
   static int onPosted(sd_event_source* source, void* loop);
   static int onSignal(sd_event_source* source, const signalfd_siginfo* signal, void* loop);
+  bool addSources();
   void runPosted();
   void terminate();
 
   SampleGeneration& generation_;
+  SystemLog& log_;
   sd_event* event_ = nullptr;
   sd_event_source* postedSource_ = nullptr;
   std::deque<Task> posted_;

@@ -6,6 +6,7 @@
 
 #include "platform/linux/LinuxDirectories.h"
 #include "platform/linux/PropertyListFile.h"
+#include "platform/linux/WholeFile.h"
 
 namespace kestro {
 namespace {
@@ -21,6 +22,16 @@ bool isUsableFileName(std::string_view name) {
          name.find('/') == std::string_view::npos && std::ranges::none_of(name, isControlCharacter);
 }
 
+// Beside the file, with a number when an earlier malformed one is kept already.
+std::filesystem::path unusedPathAside(const std::filesystem::path& path) {
+  const std::string first = path.string() + ".malformed";
+  std::string candidate = first;
+  std::error_code error;
+  for (int number = 2; std::filesystem::exists(candidate, error); ++number)
+    candidate = fmt::format("{}.{}", first, number);
+  return candidate;
+}
+
 }  // namespace
 
 PlistUserDefaults::Stamp PlistUserDefaults::stamp() const {
@@ -33,14 +44,21 @@ PlistUserDefaults::Stamp PlistUserDefaults::stamp() const {
 
 void PlistUserDefaults::refresh() const {
   const Stamp now = stamp();
-  if (read_ == now) return;
+  const bool isKnown = read_ == now;
+  if (isKnown && !isUnreadable_) return;
+  const bool exists = now != Stamp{};
+  const auto text = exists ? readWholeFile(path_) : std::nullopt;
+  if (isKnown && !text) return;
   read_ = now;
+  isUnreadable_ = exists && !text;
   isMalformed_ = false;
   values_ = {};
-  if (now == Stamp{}) return;
-  const auto text = readWholeFile(path_);
-  auto dictionary = text ? propertyListFromText(*text) : std::nullopt;
-  if (dictionary) {
+  if (isUnreadable_) {
+    log_.write(fmt::format("{} cannot be read; it counts as empty and is left as it is",
+                           path_.filename().string()));
+  }
+  if (!text) return;
+  if (auto dictionary = propertyListFromText(*text)) {
     values_ = std::move(*dictionary);
     return;
   }
@@ -70,9 +88,9 @@ void PlistUserDefaults::remove(std::string_view key) {
 void PlistUserDefaults::write() {
   makePrivateDirectory(path_.parent_path());
   std::error_code error;
-  if (isMalformed_) std::filesystem::rename(path_, path_.string() + ".malformed", error);
+  if (isMalformed_) std::filesystem::rename(path_, unusedPathAside(path_), error);
   isMalformed_ = isMalformed_ && error;
-  if (error || !replaceFile(path_, propertyListAsXml(values_))) {
+  if (isUnreadable_ || error || !replaceFile(path_, propertyListAsXml(values_))) {
     log_.write(fmt::format("{} cannot be written", path_.filename().string()));
   }
   read_ = stamp();

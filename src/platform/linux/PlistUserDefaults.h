@@ -1,6 +1,7 @@
 // Preferences as XML property lists below $XDG_CONFIG_HOME/kestro: the standard domain and the
 // product's two stores there, other applications' domains in `suites`. A file is read again when it
-// has changed. One that cannot be read counts as empty, and is kept aside before the first write.
+// has changed. One that is no property list counts as empty, and is kept aside before the first
+// write; one that cannot be read counts as empty and is not written.
 // Main thread only.
 #pragma once
 
@@ -46,6 +47,7 @@ class PlistUserDefaults final : public UserDefaults {
   mutable PropertyListDictionary values_;
   mutable std::optional<Stamp> read_;
   mutable bool isMalformed_ = false;
+  mutable bool isUnreadable_ = false;  // there, but not to be read now; never written over
 };
 
 class PlistUserDefaultsDatabase final : public UserDefaultsDatabase {

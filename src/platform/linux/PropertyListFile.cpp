@@ -1,12 +1,8 @@
 #include "platform/linux/PropertyListFile.h"
 
-#include <fcntl.h>
 #include <plist/plist.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdlib>
 #include <limits>
 #include <memory>
@@ -15,7 +11,7 @@ namespace kestro {
 namespace {
 
 constexpr int deepestNesting = 100;
-constexpr off_t largestFile = 16 << 20;
+constexpr std::size_t largestText = 16 << 20;
 // Property lists count their dates from the first day of 2001.
 constexpr std::chrono::sys_days epoch = std::chrono::year(2001) / 1 / 1;
 
@@ -157,35 +153,10 @@ plist_t nodeFromDictionary(const PropertyListDictionary& dictionary) {
   return node;
 }
 
-// A file descriptor that is closed when it goes.
-class File {
- public:
-  explicit File(int descriptor) : descriptor_(descriptor) {}
-  ~File() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  File(const File&) = delete;
-  File& operator=(const File&) = delete;
-  int get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
-
-bool writeAll(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t count = write(descriptor, text.data(), text.size());
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return false;
-    text.remove_prefix(static_cast<std::size_t>(count));
-  }
-  return fsync(descriptor) == 0;
-}
-
 }  // namespace
 
 std::optional<PropertyListDictionary> propertyListFromText(std::string_view text) {
-  if (text.empty() || text.size() > largestFile) return std::nullopt;
+  if (text.empty() || text.size() > largestText) return std::nullopt;
   const auto length = static_cast<std::uint32_t>(text.size());
   plist_t node = nullptr;
   if (plist_is_binary(text.data(), length)) {
@@ -205,31 +176,6 @@ std::string propertyListAsXml(const PropertyListDictionary& dictionary) {
   plist_to_xml(node.get(), &text, &length);
   const std::unique_ptr<char, CDeleter> owner(text);
   return text ? std::string(text, length) : std::string();
-}
-
-std::optional<std::string> readWholeFile(const std::filesystem::path& path) {
-  const File file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  struct stat status {};
-  if (file.get() < 0 || fstat(file.get(), &status) != 0) return std::nullopt;
-  if (!S_ISREG(status.st_mode) || status.st_size > largestFile) return std::nullopt;
-  std::string text(static_cast<std::size_t>(status.st_size), '\0');
-  std::size_t filled = 0;
-  while (filled < text.size()) {
-    const ssize_t count = read(file.get(), text.data() + filled, text.size() - filled);
-    if (count <= 0) break;
-    filled += static_cast<std::size_t>(count);
-  }
-  text.resize(filled);
-  return text;
-}
-
-bool replaceFile(const std::filesystem::path& path, std::string_view text) {
-  std::string temporary = path.string() + ".XXXXXX";
-  const File file(mkostemp(temporary.data(), O_CLOEXEC));  // readable by the owner alone
-  if (file.get() < 0) return false;
-  if (writeAll(file.get(), text) && rename(temporary.c_str(), path.c_str()) == 0) return true;
-  unlink(temporary.c_str());
-  return false;
 }
 
 }  // namespace kestro

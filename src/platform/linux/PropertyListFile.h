@@ -1,8 +1,6 @@
-// Property lists as files: reading XML and binary ones, writing XML ones so that no reader ever
-// sees half a file.
+// The text form of property lists: reading XML and binary ones, writing XML ones.
 #pragma once
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,14 +13,7 @@ namespace kestro {
 // no dictionary. Members that have no counterpart here (unique identifiers) are left out.
 std::optional<PropertyListDictionary> propertyListFromText(std::string_view text);
 
-// The XML form. Dates keep whole seconds, as that form does.
+// The XML form, empty when it cannot be made. Dates keep whole seconds, as that form does.
 std::string propertyListAsXml(const PropertyListDictionary& dictionary);
-
-// Absent when there is no such file, it is not a regular one, or it is larger than 16 MB.
-std::optional<std::string> readWholeFile(const std::filesystem::path& path);
-
-// Writes a file of the owner's own beside `path`, brings it to the disk and renames it. False when
-// any of that fails; the old file then stands.
-bool replaceFile(const std::filesystem::path& path, std::string_view text);
 
 }  // namespace kestro

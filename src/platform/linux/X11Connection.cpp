@@ -59,25 +59,38 @@ X11Connection::~X11Connection() {
 
 xcb_connection_t* X11Connection::get() {
   if (connection_ && xcb_connection_has_error(connection_)) disconnect();
+  if (pendingAnswer_) {
+    // A server that owed an answer is not asked anything before it has given that one. The replies
+    // that nobody takes any more go with the connection.
+    if (!hasPendingAnswerArrived(milliseconds(0))) return nullptr;
+    disconnect();
+  }
   if (!connection_ && !connect()) return nullptr;
-  // A server that owed an answer is not asked anything before it has given that one.
-  if (pendingAnswer_ && !hasPendingAnswerArrived(milliseconds(0))) return nullptr;
+  discardEvents();
   return connection_;
 }
 
 bool X11Connection::connect() {
-  const auto now = steady_clock::now();
-  if (!backOff_.isDue(now)) return false;
+  if (!backOff_.isDue(steady_clock::now())) return false;
   if (takeNewConnection() && prepare()) {
     backOff_.noteSuccess();
     hasLoggedAbsence_ = false;
     return true;
   }
   disconnect();
-  backOff_.noteFailure(now);
+  backOff_.noteFailure(steady_clock::now());
   if (!hasLoggedAbsence_) log_.write("no X server; windows and screens are unknown");
   hasLoggedAbsence_ = true;
   return false;
+}
+
+// Every client is sent a few events, whether it wants them or not; xcb keeps them until they are
+// taken.
+void X11Connection::discardEvents() {
+  while (true) {
+    const X11Reply<xcb_generic_event_t> event(xcb_poll_for_event(connection_));
+    if (!event) return;
+  }
 }
 
 // An attempt that gets no answer goes on; the next call looks after it again.
@@ -113,6 +126,7 @@ bool X11Connection::prepare() {
 }
 
 bool X11Connection::waitForAnswers() {
+  if (!connection_) return false;
   pendingAnswer_ = xcb_get_input_focus(connection_);
   if (xcb_flush(connection_) <= 0) return false;
   return hasPendingAnswerArrived(longestWait);

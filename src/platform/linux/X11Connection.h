@@ -71,6 +71,7 @@ class X11Connection {
   bool connect();
   bool takeNewConnection();
   bool prepare();
+  void discardEvents();
   bool hasPendingAnswerArrived(std::chrono::milliseconds wait);
   void disconnect();
 

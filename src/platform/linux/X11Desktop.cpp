@@ -20,7 +20,8 @@ struct RootProperties {
   X11WindowIdentifier activeWindow = 0;
   X11WindowIdentifier focus = 0;
   std::optional<std::uint32_t> currentDesktop;
-  X11WindowIdentifier windowManager = 0;  // its own window; 0 without a living one
+  X11WindowIdentifier windowManager = 0;  // its own window, or what one that died left; 0: none
+  bool isManagerConfirmed = false;
   std::vector<Rect> monitors;
 };
 
@@ -31,8 +32,8 @@ Rect rectangle(int x, int y, unsigned width, unsigned height) {
 
 class RootReader {
  public:
-  explicit RootReader(X11Connection& connection)
-      : connection_(connection), xcb_(connection.get()) {}
+  RootReader(X11Connection& connection, xcb_connection_t* xcb)
+      : connection_(connection), xcb_(xcb) {}
 
   // Absent when the server does not answer. A window manager that was there at the last snapshot is
   // looked at in the same round trip.
@@ -54,25 +55,34 @@ class RootReader {
     std::ranges::reverse(root.clients);
     root.currentDesktop = firstNumber(desktop);
     root.windowManager = firstNumber(manager).value_or(0);
-    const bool isConfirmed = firstNumber(lastManager) == root.windowManager;
+    root.isManagerConfirmed = firstNumber(lastManager) == root.windowManager;
     root.focus = focusOf(focus);
     root.monitors = monitorsOf(monitors, geometry);
-    if (root.windowManager != 0 && !isConfirmed) root.windowManager = living(root.windowManager);
     return root;
   }
 
-  // The root's children, front to back.
-  std::vector<X11WindowIdentifier> topLevels() {
-    return childrenAndParent(connection_.root()).first;
+  // 0 without a living window manager; absent when the server does not answer. A window manager
+  // that died leaves its mark on the root window; its own window names itself.
+  std::optional<X11WindowIdentifier> livingManager(const RootProperties& root) {
+    if (root.windowManager == 0 || root.isManagerConfirmed) return root.windowManager;
+    const auto cookie = property(X11Atom::netSupportingWmCheck, root.windowManager);
+    if (!connection_.waitForAnswers()) return std::nullopt;
+    return firstNumber(cookie) == root.windowManager ? root.windowManager : 0;
+  }
+
+  // The root's children, front to back; absent when the server does not answer.
+  std::optional<std::vector<X11WindowIdentifier>> topLevels() {
+    auto family = childrenAndParent(connection_.root());
+    return family ? std::optional(std::move(family->first)) : std::nullopt;
   }
 
   // The ancestor of the window that is a child of the root.
   X11WindowIdentifier topLevelOf(X11WindowIdentifier window) {
     for (int depth = 0; depth < deepestFocus; ++depth) {
-      const X11WindowIdentifier parent = childrenAndParent(window).second;
-      if (parent == 0) return 0;
-      if (parent == connection_.root()) return window;
-      window = parent;
+      const auto family = childrenAndParent(window);
+      if (!family || family->second == 0) return 0;
+      if (family->second == connection_.root()) return window;
+      window = family->second;
     }
     return 0;
   }
@@ -84,12 +94,6 @@ class RootReader {
   xcb_get_property_cookie_t property(X11Atom atom, X11WindowIdentifier window) const {
     return xcb_get_property(xcb_, 0, window, connection_.atom(atom), XCB_ATOM_ANY, 0,
                             longestWindowList);
-  }
-  // A window manager that died leaves its mark on the root window; its own window names itself.
-  X11WindowIdentifier living(X11WindowIdentifier windowManager) {
-    const auto cookie = property(X11Atom::netSupportingWmCheck, windowManager);
-    if (!connection_.waitForAnswers()) return 0;
-    return firstNumber(cookie) == windowManager ? windowManager : 0;
   }
   std::vector<std::uint32_t> numbers(xcb_get_property_cookie_t cookie) const {
     const X11Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(xcb_, cookie, nullptr));
@@ -133,17 +137,19 @@ class RootReader {
     return monitors;
   }
 
-  std::pair<std::vector<X11WindowIdentifier>, X11WindowIdentifier> childrenAndParent(
-      X11WindowIdentifier window) {
+  using Family = std::pair<std::vector<X11WindowIdentifier>, X11WindowIdentifier>;
+
+  // Absent when the server does not answer; empty for a window that is gone.
+  std::optional<Family> childrenAndParent(X11WindowIdentifier window) {
     const auto cookie = xcb_query_tree(xcb_, window);
-    if (!connection_.waitForAnswers()) return {};
+    if (!connection_.waitForAnswers()) return std::nullopt;
     const X11Reply<xcb_query_tree_reply_t> reply(xcb_query_tree_reply(xcb_, cookie, nullptr));
-    if (!reply) return {};
+    if (!reply) return Family{};
     const auto* first = xcb_query_tree_children(reply.get());
     std::vector<X11WindowIdentifier> children(first,
                                               first + xcb_query_tree_children_length(reply.get()));
     std::ranges::reverse(children);
-    return {std::move(children), reply->parent};
+    return Family{std::move(children), reply->parent};
   }
 
   X11Connection& connection_;
@@ -164,20 +170,27 @@ X11WindowIdentifier activeWithoutManager(const X11Snapshot& snapshot, X11WindowI
   return found == snapshot.windows.end() ? 0 : found->identifier;
 }
 
+// Holds what there is as soon as one wait has failed: a silent server costs one wait, not several.
 X11Snapshot take(X11Connection& connection, X11WindowIdentifier lastWindowManager) {
   X11Snapshot snapshot;
-  if (!connection.get()) return snapshot;
-  RootReader reader(connection);
+  xcb_connection_t* xcb = connection.get();
+  if (!xcb) return snapshot;
+  RootReader reader(connection, xcb);
   auto root = reader.read(lastWindowManager);
   if (!root) return snapshot;
   snapshot.monitors = root->monitors;
-  snapshot.windowManager = root->windowManager;
   snapshot.activeWindow = root->activeWindow;
-  if (root->windowManager == 0) root->clients = reader.topLevels();
-  if (root->clients.size() > mostWindows) root->clients.resize(mostWindows);
-  snapshot.windows = readWindows(connection, root->clients,
-                                 root->windowManager != 0 ? root->currentDesktop : std::nullopt);
-  if (root->windowManager == 0) {
+  const auto manager = reader.livingManager(*root);
+  if (!manager) return snapshot;
+  snapshot.windowManager = *manager;
+  auto clients = *manager == 0 ? reader.topLevels() : std::move(root->clients);
+  if (!clients) return snapshot;
+  if (clients->size() > mostWindows) clients->resize(mostWindows);
+  auto windows =
+      readWindows(connection, xcb, *clients, *manager != 0 ? root->currentDesktop : std::nullopt);
+  if (!windows) return snapshot;
+  snapshot.windows = std::move(*windows);
+  if (*manager == 0) {
     const auto focused = root->focus == 0 ? 0 : reader.topLevelOf(root->focus);
     snapshot.activeWindow = activeWithoutManager(snapshot, focused);
   }

@@ -29,8 +29,9 @@ struct WindowCookies {
 
 class WindowReader {
  public:
-  WindowReader(X11Connection& connection, std::optional<std::uint32_t> currentDesktop)
-      : connection_(connection), xcb_(connection.get()), currentDesktop_(currentDesktop) {}
+  WindowReader(X11Connection& connection, xcb_connection_t* xcb,
+               std::optional<std::uint32_t> currentDesktop)
+      : connection_(connection), xcb_(xcb), currentDesktop_(currentDesktop) {}
 
   WindowCookies request(X11WindowIdentifier window) const {
     const auto property = [&](xcb_atom_t atom) {
@@ -176,16 +177,16 @@ class WindowReader {
 
 }  // namespace
 
-std::vector<X11Window> readWindows(X11Connection& connection,
-                                   std::span<const X11WindowIdentifier> identifiers,
-                                   std::optional<std::uint32_t> currentDesktop) {
-  WindowReader reader(connection, currentDesktop);
+std::optional<std::vector<X11Window>> readWindows(X11Connection& connection, xcb_connection_t* xcb,
+                                                  std::span<const X11WindowIdentifier> identifiers,
+                                                  std::optional<std::uint32_t> currentDesktop) {
+  WindowReader reader(connection, xcb, currentDesktop);
   std::vector<WindowCookies> cookies;
   for (const X11WindowIdentifier identifier : identifiers) {
     cookies.push_back(reader.request(identifier));
   }
+  if (!connection.waitForAnswers()) return std::nullopt;
   std::vector<X11Window> windows;
-  if (!connection.waitForAnswers()) return windows;
   for (std::size_t index = 0; index < identifiers.size(); ++index) {
     auto window = reader.answer(identifiers[index], cookies[index]);
     if (window) windows.push_back(std::move(*window));
