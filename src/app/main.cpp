@@ -18,6 +18,7 @@ namespace kestro {
 namespace {
 
 constexpr int usageError = 2;
+constexpr double slowestScene = 0.001;  // a second of a scene in a quarter of an hour
 
 std::optional<std::string> environment(const char* name) {
   const char* value = std::getenv(name);
@@ -46,8 +47,8 @@ std::variant<Settings, std::string> readSettings() {
     double factor = 0;
     const auto [end, error] = std::from_chars(speed->data(), speed->data() + speed->size(), factor);
     const bool isNumber = error == std::errc{} && end == speed->data() + speed->size();
-    if (!isNumber || !std::isfinite(factor) || factor <= 0) {
-      return "KESTRO_SCENE_SPEED must be a positive number, not '" + *speed + "'";
+    if (!isNumber || !std::isfinite(factor) || factor < slowestScene) {
+      return "KESTRO_SCENE_SPEED must be a number of at least 0.001, not '" + *speed + "'";
     }
     settings.sceneSpeed = factor;
   }
