@@ -113,7 +113,7 @@ std::optional<std::string> treeDescription(const AccessibilityElement& element,
                                            std::int64_t depth) {
   if (depth < 0) return std::nullopt;
   std::string text;
-  int elementsLeft = mostElementsExamined;
+  auto elementsLeft = static_cast<int>(mostElementsExamined);
   appendTree(text, "", element, depth, elementsLeft);
   return text.substr(1);
 }

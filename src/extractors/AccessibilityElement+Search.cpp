@@ -21,16 +21,29 @@ struct MaxRecursionLevel {
   std::int64_t value;
 };
 
-std::optional<AccessibilityElement> firstBelow(const AccessibilityElement& element,
-                                               std::int64_t depth, const Predicate& predicate,
-                                               int& elementsLeft) {
-  if (depth < 1 || elementsLeft <= 0) return std::nullopt;
-  for (const AccessibilityElement& child : element.children()) {
-    if (--elementsLeft < 0) return std::nullopt;
-    if (predicate(child)) return child;
-    if (auto found = firstBelow(child, depth - 1, predicate, elementsLeft)) return found;
+// What is left of a search to be done.
+struct Budget {
+  std::size_t toFind;
+  std::size_t toExamine;
+};
+
+void collect(const AccessibilityElement& element, std::int64_t depth, const Predicate& predicate,
+             Budget& budget, AccessibilityElements& found) {
+  if (budget.toExamine == 0) return;
+  --budget.toExamine;
+  if (predicate(element)) {
+    found.push_back(element);
+    if (--budget.toFind == 0) return;
   }
-  return std::nullopt;
+  if (depth < 1) return;
+  for (const AccessibilityElement& child : element.children()) {
+    collect(child, depth - 1, predicate, budget, found);
+    if (budget.toFind == 0 || budget.toExamine == 0) return;
+  }
+}
+
+std::optional<AccessibilityElement> firstOf(const AccessibilityElements& elements) {
+  return elements.empty() ? std::nullopt : std::optional(elements.front());
 }
 
 Predicate hasRole(std::string_view role) {
@@ -45,21 +58,57 @@ std::int64_t maxRecursionLevel(Process& process) {
 
 std::optional<AccessibilityElement> AccessibilityElement::firstDescendant(
     std::int64_t maxDepth, const Predicate& predicate) const {
-  if (predicate(*this)) return *this;
-  int elementsLeft = mostElementsExamined - 1;
-  return firstBelow(*this, maxDepth, predicate, elementsLeft);
+  Budget budget{1, mostElementsExamined};
+  AccessibilityElements found;
+  collect(*this, maxDepth, predicate, budget, found);
+  return firstOf(found);
+}
+
+std::optional<AccessibilityElement> AccessibilityElement::firstDescendantWith(
+    const Conditions& conditions, std::int64_t maxDepth) const {
+  return firstOf(search(conditions, maxDepth, 1));
+}
+
+AccessibilityElements AccessibilityElement::descendantsWith(const Conditions& conditions,
+                                                            std::int64_t maxDepth) const {
+  return search(conditions, maxDepth, mostElementsExamined);
+}
+
+AccessibilityElements AccessibilityElement::search(const Conditions& conditions,
+                                                   std::int64_t maxDepth,
+                                                   std::size_t mostFound) const {
+  AccessibilityElements found;
+  const auto inBulk = process_->platform().accessibility.findElements(
+      handle_, {conditions, maxDepth, mostFound, mostElementsExamined});
+  if (inBulk.value) {
+    for (const UIElement& handle : *inBulk.value)
+      found.emplace_back(*process_, handle);
+  }
+  if (inBulk.error != AccessibilityError::notImplemented) return found;
+
+  Budget budget{mostFound, mostElementsExamined};
+  collect(
+      *this, maxDepth,
+      [&](const AccessibilityElement& element) { return element.meets(conditions); }, budget,
+      found);
+  return found;
+}
+
+bool AccessibilityElement::meets(const Conditions& conditions) const {
+  return std::ranges::all_of(conditions, [this](const ElementCondition& condition) {
+    const auto value = attributeValue(condition.attribute);
+    return value && condition.holdsFor(*value);
+  });
 }
 
 std::optional<AccessibilityElement> AccessibilityElement::firstDescendantWithRole(
     std::string_view role, std::int64_t maxDepth) const {
-  return firstDescendant(maxDepth, hasRole(role));
+  return firstDescendantWith({{attribute::role, std::string(role)}}, maxDepth);
 }
 
 std::optional<AccessibilityElement> AccessibilityElement::firstDescendantWithSubrole(
     std::string_view subrole, std::int64_t maxDepth) const {
-  return firstDescendant(maxDepth, [subrole](const AccessibilityElement& element) {
-    return element.subrole() == subrole;
-  });
+  return firstDescendantWith({{attribute::subrole, std::string(subrole)}}, maxDepth);
 }
 
 std::optional<AccessibilityElement> AccessibilityElement::firstAlongFirstChildren(

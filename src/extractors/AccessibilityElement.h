@@ -15,6 +15,7 @@
 
 #include "extractors/AccessibilityNames.h"
 #include "platform/AttributeValue.h"
+#include "platform/ElementSearch.h"
 #include "platform/Workspace.h"
 
 namespace kestro {
@@ -27,6 +28,7 @@ class AccessibilityElement {
  public:
   using List = std::vector<AccessibilityElement>;
   using Predicate = std::function<bool(const AccessibilityElement&)>;
+  using Conditions = std::vector<ElementCondition>;
 
   AccessibilityElement(Process& process, UIElement handle);
 
@@ -65,10 +67,16 @@ class AccessibilityElement {
   // `mostElementsExamined`: a tree may lead back to itself.
   std::optional<AccessibilityElement> firstDescendant(std::int64_t maxDepth,
                                                       const Predicate& predicate) const;
+  // The same where all conditions must hold: one request when the platform searches for itself, as
+  // scenes do; otherwise one or two for every element on the way. Prefer it to a predicate.
+  std::optional<AccessibilityElement> firstDescendantWith(const Conditions& conditions,
+                                                          std::int64_t maxDepth) const;
   std::optional<AccessibilityElement> firstDescendantWithRole(std::string_view role,
                                                               std::int64_t maxDepth) const;
   std::optional<AccessibilityElement> firstDescendantWithSubrole(std::string_view subrole,
                                                                  std::int64_t maxDepth) const;
+  // All of them, in pre-order; this element may be the first.
+  List descendantsWith(const Conditions& conditions, std::int64_t maxDepth) const;
   // The first element on the way from this one down its first children that satisfies the
   // predicate.
   std::optional<AccessibilityElement> firstAlongFirstChildren(std::int64_t maxDepth,
@@ -81,6 +89,8 @@ class AccessibilityElement {
  private:
   const UIElementUtilities& utilities() const;
   std::optional<AttributeValue> attributeValue(std::string_view name) const;
+  bool meets(const Conditions& conditions) const;
+  List search(const Conditions& conditions, std::int64_t maxDepth, std::size_t mostFound) const;
 
   Process* process_;
   UIElement handle_;
@@ -89,7 +99,7 @@ class AccessibilityElement {
 using AccessibilityElements = AccessibilityElement::List;
 
 // By one search or description; more than any real page needs.
-constexpr int mostElementsExamined = 20'000;
+constexpr std::size_t mostElementsExamined = 20'000;
 
 // The depth that callers pass to searches when they want to search as deep as allowed: the
 // preference AXUIElement_maxRecursionLevel, 20 when absent, 1000 at most, read once per process.

@@ -18,10 +18,8 @@ std::optional<AccessibilityElement> toolbarHeading(const AccessibilityElement& w
 }
 
 std::optional<AccessibilityElement> headerButton(const AccessibilityElement& window) {
-  return window.firstDescendant(
-      maxRecursionLevel(window.process()), [](const AccessibilityElement& element) {
-        return element.stringAttribute(attribute::identifier) == "NavigationBar_HeaderViewButton";
-      });
+  return window.firstDescendantWith({{attribute::identifier, "NavigationBar_HeaderViewButton"}},
+                                    maxRecursionLevel(window.process()));
 }
 
 std::optional<std::string> nameOf(const std::optional<AccessibilityElement>& element) {

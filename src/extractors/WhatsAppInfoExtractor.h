@@ -11,7 +11,7 @@ class WhatsAppInfoExtractor final : public KSApplicationInfoExtractor {
   explicit WhatsAppInfoExtractor(Process& process) : process_(process) {}
 
   // Some 20 requests where the toolbar has the heading. Without it the whole window is searched:
-  // two requests for each element down to the process-wide depth.
+  // one request more.
   void writeDetailsForActivity(Activity& activity) override;
 
  private:

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "platform/AttributeValue.h"
+#include "platform/ElementSearch.h"
 
 namespace kestro {
 
@@ -79,6 +80,12 @@ class Accessibility {
   // coordinates.
   virtual AccessibilityResult<UIElement> copyElementAtPosition(const UIElement& application,
                                                                float x, float y) = 0;
+
+  // In pre-order, the elements of the tree from `root` down that the search looks for: what reading
+  // AXChildren and the conditions' attributes of one element after the other would find.
+  // notImplemented where the backend has no quicker way; the caller then reads them itself.
+  virtual AccessibilityResult<std::vector<UIElement>> findElements(const UIElement& root,
+                                                                   const ElementSearch& search) = 0;
 
   // Cross-process requests made since this object exists; differences tell what a sample cost.
   std::uint64_t requestCount() const { return requestCount_; }

@@ -162,6 +162,9 @@ class EmptyAccessibility final : public Accessibility {
   AccessibilityResult<UIElement> copyElementAtPosition(Element, float, float) override {
     return failure;
   }
+  AccessibilityResult<std::vector<UIElement>> findElements(Element, const ElementSearch&) override {
+    return AccessibilityError::notImplemented;
+  }
   void request() { countRequests(); }
 
   bool trusted = true;

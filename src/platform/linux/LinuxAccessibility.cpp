@@ -223,6 +223,11 @@ AccessibilityResult<UIElement> LinuxAccessibility::copyElementAtPosition(
   return makeObjectElement(known.process(), found);
 }
 
+AccessibilityResult<std::vector<UIElement>> LinuxAccessibility::findElements(const UIElement&,
+                                                                             const ElementSearch&) {
+  return AccessibilityError::notImplemented;
+}
+
 std::optional<AtspiObject> LinuxAccessibility::windowAt(ProcessIdentifier process,
                                                         Point rootPoint) {
   const auto contains = [&](const Rect& bounds) {

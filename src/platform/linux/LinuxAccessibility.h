@@ -39,6 +39,8 @@ class LinuxAccessibility final : public Accessibility {
   AccessibilityError performAction(const UIElement& element, std::string_view action) override;
   AccessibilityResult<UIElement> copyElementAtPosition(const UIElement& application, float x,
                                                        float y) override;
+  AccessibilityResult<std::vector<UIElement>> findElements(const UIElement& root,
+                                                           const ElementSearch& search) override;
 
  private:
   struct Action {

@@ -7,6 +7,7 @@
 #include "platform/scene/AttributeValueFields.h"
 #include "platform/scene/DerivedAttributes.h"
 #include "platform/scene/HitTest.h"
+#include "platform/scene/SceneElementSearch.h"
 
 namespace kestro {
 namespace {
@@ -147,6 +148,18 @@ AccessibilityResult<UIElement> SceneAccessibility::copyElementAtPosition(
   const auto found = elementAtPoint(state_, elementIndex(application), {x, y});
   if (!found) return AccessibilityError::noValue;
   return state_.elements[*found].handle;
+}
+
+AccessibilityResult<std::vector<UIElement>> SceneAccessibility::findElements(
+    const UIElement& root, const ElementSearch& search) {
+  const auto error = beginRequest(root);
+  if (error != AccessibilityError::success) return error;
+  const Seconds patience = timeout(sceneElement(root));
+  SceneElementSearch elementSearch(state_, search, patience);
+  elementSearch.visit(elementIndex(root), search.maxDepth);
+  // Whatever hangs, it is one request to one application.
+  clock_.advanceBy(std::min(elementSearch.duration(), patience));
+  return elementSearch.found();
 }
 
 void SceneAccessibility::beginNextLife() {

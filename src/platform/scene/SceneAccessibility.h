@@ -39,6 +39,8 @@ class SceneAccessibility final : public Accessibility {
   AccessibilityError performAction(const UIElement& element, std::string_view action) override;
   AccessibilityResult<UIElement> copyElementAtPosition(const UIElement& application, float x,
                                                        float y) override;
+  AccessibilityResult<std::vector<UIElement>> findElements(const UIElement& root,
+                                                           const ElementSearch& search) override;
 
   // Timeouts belong to a process: the next one starts with the platform's own.
   void beginNextLife();
