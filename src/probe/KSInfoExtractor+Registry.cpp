@@ -2,14 +2,17 @@
 #include "extractors/AdobeProjectPathInfoExtractor.h"
 #include "extractors/AmazonChimeInfoExtractor.h"
 #include "extractors/CatalystInfoExtractor.h"
+#include "extractors/ChatGPTAtlasInfoExtractor.h"
 #include "extractors/ChromeProfileInfoExtractor.h"
 #include "extractors/DiaInfoExtractor.h"
 #include "extractors/DiscordInfoExtractor.h"
+#include "extractors/FinalCutInfoExtractor.h"
 #include "extractors/FirefoxInfoExtractor.h"
 #include "extractors/LogicProInfoExtractor.h"
 #include "extractors/MailWritingInfoExtractor.h"
 #include "extractors/MicrosoftTeamsInfoExtractor.h"
 #include "extractors/NotesInfoExtractor.h"
+#include "extractors/NotionInfoExtractor.h"
 #include "extractors/PlaceholderInfoExtractor.h"
 #include "extractors/SafariInfoExtractor.h"
 #include "extractors/SlackInfoExtractor.h"
@@ -22,10 +25,7 @@
 namespace kestro {
 namespace {
 
-constexpr auto finalCut = placeholderFor("FinalCutInfoExtractor");
-constexpr auto chatGPTAtlas = placeholderFor("ChatGPTAtlasInfoExtractor");
 constexpr auto signalMessenger = placeholderFor("SignalInfoExtractor");
-constexpr auto notion = placeholderFor("NotionInfoExtractor");
 constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
 constexpr auto gitHubDesktop = placeholderFor("GitHubDesktopInfoExtractor");
 constexpr auto spark = placeholderFor("SparkInfoExtractor");
@@ -45,7 +45,7 @@ struct Row {
 // In order of registration: a later entry replaces an earlier one for the same identifier.
 std::vector<Row> registryTable() {
   return {
-      {&finalCut,
+      {&extractorClass<FinalCutInfoExtractor>,
        {"com.apple.FinalCut", "com.apple.FinalCutApp", "com.apple.FinalCutTrial",
         "com.apple.FinalCutPro", "com.apple.FinalCutPro10"}},
       {&extractorClass<FirefoxInfoExtractor>,
@@ -59,7 +59,7 @@ std::vector<Row> registryTable() {
       {&extractorClass<WebAreaURLInfoExtractor>,
        {"org.getstation.DesktopApp", "com.stack-beta.io", "com.shift.browser"},
        "KSInfoExtractor_extraBundleIdentifier_webAreaURL"},
-      {&chatGPTAtlas, {"com.openai.atlas"}},
+      {&extractorClass<ChatGPTAtlasInfoExtractor>, {"com.openai.atlas"}},
       {&extractorClass<MailWritingInfoExtractor>, {"com.apple.mail"}},
       {&extractorClass<NotesInfoExtractor>, {"com.apple.Notes"}},
       {&extractorClass<SlackInfoExtractor>, {"com.tinyspeck.slackmacgap"}},
@@ -68,7 +68,7 @@ std::vector<Row> registryTable() {
       {&extractorClass<WhatsAppInfoExtractor>,
        {"WhatsApp", "desktop.WhatsApp", "net.whatsapp.WhatsApp"}},
       {&signalMessenger, {"org.whispersystems.signal-desktop"}},
-      {&notion, {"notion.id"}},
+      {&extractorClass<NotionInfoExtractor>, {"notion.id"}},
       {&extractorClass<MicrosoftTeamsInfoExtractor>,
        {"com.microsoft.teams", "com.microsoft.teams2"}},
       {&newOutlook, {"com.microsoft.Outlook"}},
