@@ -31,8 +31,10 @@ bool namesPage(const AccessibilityElement& element, const std::string& text) {
   return matches(text, element.process().shared<PageName>().expression);
 }
 
+constexpr std::array crumbRoles{role::link, role::button, role::group};
+
 bool isCrumbRole(const std::optional<std::string>& elementRole) {
-  return elementRole == role::link || elementRole == role::button || elementRole == role::group;
+  return elementRole && std::ranges::find(crumbRoles, *elementRole) != crumbRoles.end();
 }
 
 std::optional<std::string> labelOf(const AccessibilityElement& element) {
@@ -98,12 +100,18 @@ Path pathEndingAt(const AccessibilityElement& entry) {
 
 // How the open page's entry is known: by the window's title or, without one, by the page's address.
 std::vector<Conditions> entryConditions(const ActivityDetails& details) {
+  std::vector<Conditions> searches;
   if (details.windowTitle && !details.windowTitle->empty()) {
-    return {{{attribute::title, *details.windowTitle}},
-            {{attribute::description, *details.windowTitle}}};
+    for (const std::string_view wanted : crumbRoles) {
+      for (const std::string_view label : {attribute::title, attribute::description}) {
+        searches.push_back({{attribute::role, std::string(wanted)}, {label, *details.windowTitle}});
+      }
+    }
+  } else if (details.documentPath) {
+    searches.push_back(
+        {{attribute::role, std::string(role::link)}, {attribute::url, *details.documentPath}});
   }
-  if (!details.documentPath) return {};
-  return {{{attribute::role, std::string(role::link)}, {attribute::url, *details.documentPath}}};
+  return searches;
 }
 
 Path pathIn(const AccessibilityElement& webArea, const ActivityDetails& details) {
@@ -112,7 +120,7 @@ Path pathIn(const AccessibilityElement& webArea, const ActivityDetails& details)
     auto entries = webArea.descendantsWith(conditions, depth);
     if (entries.size() > mostEntries) entries.erase(entries.begin() + mostEntries, entries.end());
     for (const AccessibilityElement& entry : entries) {
-      if (!isCrumbRole(entry.role()) || isInListOfPages(entry)) continue;
+      if (isInListOfPages(entry)) continue;
       auto path = pathEndingAt(entry);
       if (!path.empty()) return path;
     }

@@ -10,7 +10,7 @@ class NotionInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "NotionInfoExtractor";
   explicit NotionInfoExtractor(Process& process) : process_(process) {}
 
-  // The page's web areas, a search or two for the open page's entries, and for each entry tried
+  // The page's web areas, one to six searches for the open page's entries, and for each entry tried
   // three an ancestor and three or four a crumb: 40 to 70 more where the platform searches in bulk.
   void writeDetailsForActivity(Activity& activity) override;
 

@@ -157,4 +157,42 @@ bool isDocument(AtspiRole role) {
   return role == AtspiRole::documentWeb || role == AtspiRole::documentFrame;
 }
 
+AtspiRoleChoice atspiRoles(std::string_view axRole) {
+  struct Uncertain {
+    AtspiRole role;
+    std::string_view axRoles[2];
+  };
+  constexpr Uncertain uncertainRows[]{
+      {AtspiRole::dialog, {"AXWindow", "AXGroup"}},
+      {AtspiRole::alert, {"AXWindow", "AXGroup"}},
+      {AtspiRole::fileChooser, {"AXWindow", "AXGroup"}},
+      {AtspiRole::entry, {"AXTextArea", "AXTextField"}},
+      {AtspiRole::text, {"AXTextArea", "AXTextField"}},
+      {AtspiRole::comboBox, {"AXComboBox", "AXPopUpButton"}},
+  };
+  AtspiRoleChoice choice;
+  for (const RoleRow& row : roleRows) {
+    if (row.axRole == axRole) choice.roles.push_back(row.role);
+  }
+  for (const Uncertain& row : uncertainRows) {
+    if (std::ranges::find(row.axRoles, axRole) == std::end(row.axRoles)) continue;
+    choice.roles.push_back(row.role);
+    choice.isCertain = false;
+  }
+  return choice;
+}
+
+std::string_view xmlRole(std::string_view axSubrole) {
+  const auto* row = std::ranges::find(landmarkRows, axSubrole, &LandmarkRow::axSubrole);
+  return row == std::end(landmarkRows) ? std::string_view() : row->xmlRole;
+}
+
+std::vector<AtspiRole> atspiRolesOfSubrole(std::string_view axSubrole) {
+  std::vector<AtspiRole> roles;
+  for (const RoleRow& row : roleRows) {
+    if (row.axSubrole == axSubrole) roles.push_back(row.role);
+  }
+  return roles;
+}
+
 }  // namespace kestro
