@@ -38,6 +38,7 @@ void appendBits(sd_bus_message* message, const std::vector<unsigned>& numbers, s
 template <class Enumeration>
 std::vector<unsigned> numbersOf(const std::vector<Enumeration>& values) {
   std::vector<unsigned> numbers;
+  numbers.reserve(values.size());
   for (const Enumeration value : values)
     numbers.push_back(static_cast<unsigned>(value));
   return numbers;
