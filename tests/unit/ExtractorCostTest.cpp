@@ -27,21 +27,17 @@ std::string contentsOf(const std::string& path) {
   return text.str();
 }
 
-// A conversation: 1,000 messages of five elements.
-Json messages() {
-  Json list{{"AXRole", "AXGroup"}, {"children", Json::array()}};
+// A conversation, as JSON: 1,000 messages of five elements.
+std::string messages() {
+  std::string list;
   for (int number = 0; number < 1000; ++number) {
-    const auto text = fmt::format("Message {}", number);
-    list["children"].push_back(
-        {{"AXRole", "AXGroup"},
-         {"AXDOMClassList", {"message"}},
-         {"children",
-          {{{"AXRole", "AXButton"}, {"AXTitle", "More"}},
-           {{"AXRole", "AXLink"}, {"AXTitle", text}},
-           {{"AXRole", "AXGroup"},
-            {"children", {{{"AXRole", "AXStaticText"}, {"AXValue", text}}}}}}}});
+    list += fmt::format(
+        R"({}{{"AXRole": "AXGroup", "AXDOMClassList": ["message"], "children": [
+          {{"AXRole": "AXButton", "AXTitle": "More"}}, {{"AXRole": "AXLink", "AXTitle": "Message {}"}},
+          {{"AXRole": "AXGroup", "children": [{{"AXRole": "AXStaticText", "AXValue": "Text"}}]}}]}})",
+        number == 0 ? "" : ", ", number);
   }
-  return list;
+  return R"({"AXRole": "AXGroup", "children": [)" + list + "]}";
 }
 
 Json* firstPage(Json& element) {
@@ -55,15 +51,16 @@ Json* firstPage(Json& element) {
 
 // At the end of the page that each window shows, or of the window itself.
 std::string withLargePages(const std::string& scene) {
+  constexpr std::string_view place = "@messages";
   Json json = Json::parse(scene);
   for (Json& application : json["applications"]) {
     if (!application.contains("accessibility") || application["pid"] != json["frontmost"]) continue;
     for (Json& window : application["accessibility"]["children"]) {
       Json* page = firstPage(window);
-      (page ? *page : window)["children"].push_back(messages());
+      (page ? *page : window)["children"].push_back(place);
     }
   }
-  return json.dump();
+  return std::regex_replace(json.dump(), std::regex(fmt::format("\"{}\"", place)), messages());
 }
 
 struct Sample {
