@@ -1,5 +1,5 @@
 // Everything that the helper may ask of the desktop it runs on. A backend owns the parts; they
-// outlive every process life on that desktop. Later parts (power management, file events, status
+// outlive every process life on that desktop. Later parts (file events, status
 // bar, menus, alerts, notifications) become further members here, each with a header of its own.
 #pragma once
 
@@ -16,6 +16,7 @@ class Accessibility;
 class ChildProcesses;
 class Clock;
 class Files;
+class PowerManagement;
 class RunLoop;
 class SystemLog;
 class Transcript;
@@ -38,12 +39,15 @@ struct Platform {
   UserDefaultsDatabase& defaults;
   ChildProcesses& childProcesses;
   Files& files;
+  PowerManagement& powerManagement;
   Clock& clock;
   RunLoop& runLoop;
   SystemLog& log;
   Transcript& transcript;
 
   MainBundle mainBundle;
+  // For people: "Version 15.3.1" or "Debian GNU/Linux 12 (bookworm)".
+  std::string operatingSystemVersion;
   std::vector<std::string> arguments;           // without the executable
   std::vector<std::string> preferredLanguages;  // most preferred first
   std::filesystem::path dataDirectory;          // the product's database and files; exists, private

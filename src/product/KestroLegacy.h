@@ -6,7 +6,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "platform/Accessibility.h"
+#include "platform/PropertyList.h"
 #include "platform/RegularExpression.h"
 
 namespace kestro {
@@ -17,6 +20,8 @@ class KSHelper {
  public:
   // Whether this process may use the accessibility interface now.
   static bool accessibilityAvailable(Process& process);
+  // The whole path of a process's executable; absent when it cannot be known.
+  static std::optional<std::string> getPathForProcess(Process& process, ProcessIdentifier pid);
 };
 
 // The preferences that the product keeps for its helper.
@@ -27,6 +32,12 @@ class HelperPreferences {
   // Whether web-view applications may be asked to show their accessibility tree. True unless the
   // user has turned it off.
   bool advancedAccessibilityTrackingEnabled() const;
+
+  // As stored: absent where the key is unset or its value cannot count as the type.
+  std::optional<bool> getBool(std::string_view key) const;
+  std::optional<double> getDouble(std::string_view key) const;
+  std::optional<std::vector<std::string>> getStringList(std::string_view key) const;
+  void set(PropertyList object, std::string_view key) const;
 
  private:
   Process& process_;

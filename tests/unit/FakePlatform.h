@@ -14,6 +14,7 @@
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Platform.h"
+#include "platform/PowerManagement.h"
 #include "platform/RunLoop.h"
 #include "platform/SystemLog.h"
 #include "platform/Transcript.h"
@@ -180,6 +181,8 @@ struct EmptyWorkspace final : Workspace {
   std::optional<RunningApplication> frontmostApplication() override { return {}; }
   std::optional<RunningApplication> runningApplication(ProcessIdentifier) override { return {}; }
   std::vector<RunningApplication> runningApplications(std::string_view) override { return {}; }
+  std::optional<std::string> executablePath(ProcessIdentifier) override { return {}; }
+  std::optional<ApplicationBundle> bundleAtPath(const std::string&) override { return {}; }
   std::vector<Rect> screens() override { return {}; }
 };
 
@@ -192,6 +195,10 @@ struct NoChildProcesses final : ChildProcesses {
 
 struct NoFiles final : Files {
   std::optional<PropertyListDictionary> dictionary(const std::string&) override { return {}; }
+};
+
+struct NoPowerManagement final : PowerManagement {
+  std::optional<AssertionsByProcess> assertionsByProcess() override { return {}; }
 };
 
 // A new empty directory, removed in the end.
@@ -219,6 +226,7 @@ struct FakePlatform {
   MemoryDefaultsDatabase defaults;
   NoChildProcesses childProcesses;
   NoFiles files;
+  NoPowerManagement powerManagement;
   ManualRunLoop runLoop;
   MemoryLog log;
   MemoryTranscript transcript;
@@ -230,11 +238,13 @@ struct FakePlatform {
                     .defaults = defaults,
                     .childProcesses = childProcesses,
                     .files = files,
+                    .powerManagement = powerManagement,
                     .clock = runLoop,
                     .runLoop = runLoop,
                     .log = log,
                     .transcript = transcript,
                     .mainBundle = {},
+                    .operatingSystemVersion = {},
                     .arguments = {},
                     .preferredLanguages = {"en"},
                     .dataDirectory = directory.path(),

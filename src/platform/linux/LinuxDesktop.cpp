@@ -8,8 +8,10 @@
 #include "platform/linux/LinuxChildProcesses.h"
 #include "platform/linux/LinuxDirectories.h"
 #include "platform/linux/LinuxFiles.h"
+#include "platform/linux/LinuxPowerManagement.h"
 #include "platform/linux/LinuxRunLoop.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/OperatingSystemVersion.h"
 #include "platform/linux/PlistUserDefaults.h"
 #include "platform/linux/PreferredLanguages.h"
 #include "platform/linux/ProcessInformation.h"
@@ -46,6 +48,7 @@ class LinuxDesktop final : public Desktop {
   PlistUserDefaultsDatabase defaults_;
   LinuxChildProcesses childProcesses_;
   LinuxFiles files_;
+  LinuxPowerManagement powerManagement_;
   TimedTranscript transcript_;
   PropertyListDictionary productConditions_;
   Platform platform_;
@@ -68,11 +71,13 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
                 defaults_,
                 childProcesses_,
                 files_,
+                powerManagement_,
                 clock_,
                 runLoop_,
                 log_,
                 transcript_,
                 mainBundle(),
+                operatingSystemVersion(),
                 options.arguments,
                 languages_,
                 makeDataDirectory(options),

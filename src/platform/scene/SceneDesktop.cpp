@@ -40,6 +40,7 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
       defaults_(state_, transcript_),
       childProcesses_(state_, scene_.processes, transcript_),
       files_(state_),
+      powerManagement_(state_),
       log_(transcript_),
       platform_{accessibility_,
                 windowServer_,
@@ -47,11 +48,13 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
                 defaults_,
                 childProcesses_,
                 files_,
+                powerManagement_,
                 clock_,
                 runLoop_,
                 log_,
                 transcript_,
                 scene_.bundle,
+                "Version " + state_.system.version,
                 chooseArguments(options.arguments, scene_.arguments),
                 state_.system.languages,
                 dataDirectory_.path(),
@@ -78,6 +81,7 @@ bool SceneDesktop::beginNextProcessLife() {
   if (!runLoop_.beginNextLife()) return false;
   accessibility_.beginNextLife();
   platform_.preferredLanguages = state_.system.languages;
+  platform_.operatingSystemVersion = "Version " + state_.system.version;
   return true;
 }
 

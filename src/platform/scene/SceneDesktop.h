@@ -15,6 +15,7 @@
 #include "platform/scene/SceneClock.h"
 #include "platform/scene/SceneDataDirectory.h"
 #include "platform/scene/SceneFiles.h"
+#include "platform/scene/ScenePowerManagement.h"
 #include "platform/scene/SceneRunLoop.h"
 #include "platform/scene/SceneSystemLog.h"
 #include "platform/scene/SceneUserDefaults.h"
@@ -54,6 +55,7 @@ class SceneDesktop final : public Desktop {
   SceneUserDefaultsDatabase defaults_;
   SceneChildProcesses childProcesses_;
   SceneFiles files_;
+  ScenePowerManagement powerManagement_;
   SceneSystemLog log_;
   Platform platform_;
 };

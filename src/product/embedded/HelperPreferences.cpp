@@ -3,10 +3,33 @@
 #include "product/KestroLegacy.h"
 
 namespace kestro {
+namespace {
+
+UserDefaults& store(const Process& process) {
+  return process.platform().defaults.product(ProductStore::helperPreferences);
+}
+
+}  // namespace
 
 bool HelperPreferences::advancedAccessibilityTrackingEnabled() const {
-  const UserDefaults& store = process_.platform().defaults.product(ProductStore::helperPreferences);
-  return store.boolean("advancedAccessibilityTrackingEnabled").value_or(true);
+  return getBool("advancedAccessibilityTrackingEnabled").value_or(true);
+}
+
+std::optional<bool> HelperPreferences::getBool(std::string_view key) const {
+  return store(process_).boolean(key);
+}
+
+std::optional<double> HelperPreferences::getDouble(std::string_view key) const {
+  return store(process_).number(key);
+}
+
+std::optional<std::vector<std::string>> HelperPreferences::getStringList(
+    std::string_view key) const {
+  return store(process_).stringList(key);
+}
+
+void HelperPreferences::set(PropertyList object, std::string_view key) const {
+  store(process_).set(key, std::move(object));
 }
 
 }  // namespace kestro
