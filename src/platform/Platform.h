@@ -1,6 +1,6 @@
 // Everything that the helper may ask of the desktop it runs on. A backend owns the parts; they
 // outlive every process life on that desktop. Later parts (file events, status
-// bar, menus, alerts, notifications) become further members here, each with a header of its own.
+// bar, menus, alerts) become further members here, each with a header of its own.
 #pragma once
 
 #include <filesystem>
@@ -19,8 +19,10 @@ class Files;
 class PowerManagement;
 class RunLoop;
 class SystemLog;
+class TimeEntryEditors;
 class Transcript;
 class UserDefaultsDatabase;
+class UserNotifications;
 class WindowServer;
 class Workspace;
 
@@ -40,6 +42,8 @@ struct Platform {
   ChildProcesses& childProcesses;
   Files& files;
   PowerManagement& powerManagement;
+  UserNotifications& userNotifications;
+  TimeEntryEditors& timeEntryEditors;
   Clock& clock;
   RunLoop& runLoop;
   SystemLog& log;

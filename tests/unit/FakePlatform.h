@@ -17,8 +17,10 @@
 #include "platform/PowerManagement.h"
 #include "platform/RunLoop.h"
 #include "platform/SystemLog.h"
+#include "platform/TimeEntryEditors.h"
 #include "platform/Transcript.h"
 #include "platform/UserDefaults.h"
+#include "platform/UserNotifications.h"
 #include "platform/WindowServer.h"
 #include "platform/Workspace.h"
 
@@ -201,6 +203,17 @@ struct NoPowerManagement final : PowerManagement {
   std::optional<AssertionsByProcess> assertionsByProcess() override { return {}; }
 };
 
+struct NoUserNotifications final : UserNotifications {
+  void setCategory(const std::string&, std::vector<UserNotificationAction>) override {}
+  void requestPermission(std::function<void(bool)> answer) override { answer(false); }
+  void deliver(const UserNotification&) override {}
+  void setResponseHandler(ResponseHandler) override {}
+};
+
+struct NoTimeEntryEditors final : TimeEntryEditors {
+  void present(const TimeEntryEditorContents&, Placement, Completion) override {}
+};
+
 // A new empty directory, removed in the end.
 class TemporaryDirectory {
  public:
@@ -227,6 +240,8 @@ struct FakePlatform {
   NoChildProcesses childProcesses;
   NoFiles files;
   NoPowerManagement powerManagement;
+  NoUserNotifications userNotifications;
+  NoTimeEntryEditors timeEntryEditors;
   ManualRunLoop runLoop;
   MemoryLog log;
   MemoryTranscript transcript;
@@ -239,6 +254,8 @@ struct FakePlatform {
                     .childProcesses = childProcesses,
                     .files = files,
                     .powerManagement = powerManagement,
+                    .userNotifications = userNotifications,
+                    .timeEntryEditors = timeEntryEditors,
                     .clock = runLoop,
                     .runLoop = runLoop,
                     .log = log,

@@ -10,6 +10,8 @@
 #include "platform/linux/LinuxFiles.h"
 #include "platform/linux/LinuxPowerManagement.h"
 #include "platform/linux/LinuxRunLoop.h"
+#include "platform/linux/LinuxTimeEntryEditors.h"
+#include "platform/linux/LinuxUserNotifications.h"
 #include "platform/linux/LinuxWorkspace.h"
 #include "platform/linux/OperatingSystemVersion.h"
 #include "platform/linux/PlistUserDefaults.h"
@@ -49,6 +51,8 @@ class LinuxDesktop final : public Desktop {
   LinuxChildProcesses childProcesses_;
   LinuxFiles files_;
   LinuxPowerManagement powerManagement_;
+  LinuxUserNotifications userNotifications_;
+  LinuxTimeEntryEditors timeEntryEditors_;
   TimedTranscript transcript_;
   PropertyListDictionary productConditions_;
   Platform platform_;
@@ -64,6 +68,8 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
       windowServer_(x11_),
       accessibility_(x11_, generation_, log_),
       defaults_(configurationDirectory(), log_),
+      userNotifications_(runLoop_),
+      timeEntryEditors_(runLoop_),
       transcript_(clock_, clock_.now(), std::move(options.transcriptWriter)),
       platform_{accessibility_,
                 windowServer_,
@@ -72,6 +78,8 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
                 childProcesses_,
                 files_,
                 powerManagement_,
+                userNotifications_,
+                timeEntryEditors_,
                 clock_,
                 runLoop_,
                 log_,

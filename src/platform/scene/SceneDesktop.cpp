@@ -41,6 +41,8 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
       childProcesses_(state_, scene_.processes, transcript_),
       files_(state_),
       powerManagement_(state_),
+      userNotifications_(state_, runLoop_, transcript_),
+      timeEntryEditors_(transcript_),
       log_(transcript_),
       platform_{accessibility_,
                 windowServer_,
@@ -49,6 +51,8 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
                 childProcesses_,
                 files_,
                 powerManagement_,
+                userNotifications_,
+                timeEntryEditors_,
                 clock_,
                 runLoop_,
                 log_,
@@ -71,6 +75,10 @@ std::vector<SceneRunLoop::ScriptedEvent> SceneDesktop::scriptedEvents() {
 void SceneDesktop::perform(const SceneStep& step) {
   applyStep(state_, step.event);
   if (std::holds_alternative<RequestTerminationStep>(step.event)) runLoop_.requestTermination();
+  if (const auto* response = std::get_if<NotificationResponseStep>(&step.event)) {
+    userNotifications_.respond(*response);
+  }
+  if (const auto* editor = std::get_if<EditorStep>(&step.event)) timeEntryEditors_.end(*editor);
   if (const auto* restart = std::get_if<RestartStep>(&step.event)) {
     if (restart->arguments) platform_.arguments = *restart->arguments;
     runLoop_.requestRestart();
@@ -80,6 +88,8 @@ void SceneDesktop::perform(const SceneStep& step) {
 bool SceneDesktop::beginNextProcessLife() {
   if (!runLoop_.beginNextLife()) return false;
   accessibility_.beginNextLife();
+  userNotifications_.beginNextLife();
+  timeEntryEditors_.beginNextLife();
   platform_.preferredLanguages = state_.system.languages;
   platform_.operatingSystemVersion = "Version " + state_.system.version;
   return true;

@@ -18,7 +18,9 @@
 #include "platform/scene/ScenePowerManagement.h"
 #include "platform/scene/SceneRunLoop.h"
 #include "platform/scene/SceneSystemLog.h"
+#include "platform/scene/SceneTimeEntryEditors.h"
 #include "platform/scene/SceneUserDefaults.h"
+#include "platform/scene/SceneUserNotifications.h"
 #include "platform/scene/SceneWindowServer.h"
 #include "platform/scene/SceneWorkspace.h"
 
@@ -56,6 +58,8 @@ class SceneDesktop final : public Desktop {
   SceneChildProcesses childProcesses_;
   SceneFiles files_;
   ScenePowerManagement powerManagement_;
+  SceneUserNotifications userNotifications_;
+  SceneTimeEntryEditors timeEntryEditors_;
   SceneSystemLog log_;
   Platform platform_;
 };

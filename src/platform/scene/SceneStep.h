@@ -60,6 +60,20 @@ struct RemoveFileStep {
 struct AssertionsStep {
   SceneAssertions assertions;
 };
+struct NotificationResponseStep {
+  std::string action;  // an action's identifier, "default" for a click, "dismiss"
+  // Instead of the newest notification's.
+  std::optional<std::string> category;
+  std::optional<PropertyListDictionary> userInfo;
+};
+// Fields that the user changed before saving; an absent project name inside: none any more.
+struct EditorStep {
+  bool isSaved = false;
+  std::optional<std::string> title;
+  std::optional<Date> start;
+  std::optional<Date> end;
+  std::optional<std::optional<std::string>> project;
+};
 struct RequestTerminationStep {};
 struct RestartStep {
   std::optional<std::vector<std::string>> arguments;  // absent: as before
@@ -68,7 +82,7 @@ struct RestartStep {
 using SceneEvent =
     std::variant<SetStep, FrontmostStep, WindowsStep, LaunchStep, QuitStep, SystemStep, ProductStep,
                  PreferencesStep, SuitesStep, WriteFileStep, RemoveFileStep, AssertionsStep,
-                 RequestTerminationStep, RestartStep>;
+                 NotificationResponseStep, EditorStep, RequestTerminationStep, RestartStep>;
 
 struct SceneStep {
   Seconds at{0};  // after the start of the scene

@@ -6,7 +6,7 @@
 #include <array>
 #include <vector>
 
-#include "platform/transcript/PropertyListJson.h"
+#include "platform/json/PropertyListJson.h"
 #include "platform/transcript/TerminalText.h"
 
 namespace kestro {

@@ -5,6 +5,8 @@
 namespace kestro {
 namespace {
 
+constexpr const char* playSoundKey = "RunningCallDetector_playSoundWhenMeetingDetected";
+
 UserDefaults& store(const Process& process) {
   return process.platform().defaults.product(ProductStore::helperPreferences);
 }
@@ -15,12 +17,24 @@ bool HelperPreferences::advancedAccessibilityTrackingEnabled() const {
   return getBool("advancedAccessibilityTrackingEnabled").value_or(true);
 }
 
+bool HelperPreferences::playSoundWhenMeetingDetected() const {
+  return getBool(playSoundKey).value_or(false);
+}
+
+void HelperPreferences::setPlaySoundWhenMeetingDetected(bool plays) const {
+  set(plays, playSoundKey);
+}
+
 std::optional<bool> HelperPreferences::getBool(std::string_view key) const {
   return store(process_).boolean(key);
 }
 
 std::optional<double> HelperPreferences::getDouble(std::string_view key) const {
   return store(process_).number(key);
+}
+
+std::optional<std::string> HelperPreferences::getString(std::string_view key) const {
+  return store(process_).string(key);
 }
 
 std::optional<std::vector<std::string>> HelperPreferences::getStringList(
