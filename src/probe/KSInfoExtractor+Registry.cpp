@@ -12,6 +12,7 @@
 #include "extractors/NotesInfoExtractor.h"
 #include "extractors/PlaceholderInfoExtractor.h"
 #include "extractors/SafariInfoExtractor.h"
+#include "extractors/SignalInfoExtractor.h"
 #include "extractors/SlackInfoExtractor.h"
 #include "extractors/WebAreaTitleInfoExtractor.h"
 #include "extractors/WebAreaURLInfoExtractor.h"
@@ -24,16 +25,15 @@ namespace {
 
 constexpr auto finalCut = placeholderFor("FinalCutInfoExtractor");
 constexpr auto chatGPTAtlas = placeholderFor("ChatGPTAtlasInfoExtractor");
-constexpr auto signalMessenger = placeholderFor("SignalInfoExtractor");
-constexpr auto notion = placeholderFor("NotionInfoExtractor");
+constexpr auto mimestream = placeholderFor("MimestreamInfoExtractor");
 constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
-constexpr auto gitHubDesktop = placeholderFor("GitHubDesktopInfoExtractor");
 constexpr auto spark = placeholderFor("SparkInfoExtractor");
+constexpr auto notion = placeholderFor("NotionInfoExtractor");
+constexpr auto gitHubDesktop = placeholderFor("GitHubDesktopInfoExtractor");
 constexpr auto chatGPT = placeholderFor("ChatGPTInfoExtractor");
 constexpr auto codex = placeholderFor("CodexInfoExtractor");
 constexpr auto cursor = placeholderFor("CursorInfoExtractor");
 constexpr auto claude = placeholderFor("ClaudeInfoExtractor");
-constexpr auto mimestream = placeholderFor("MimestreamInfoExtractor");
 
 struct Row {
   const ExtractorClass* extractorClass;
@@ -67,7 +67,7 @@ std::vector<Row> registryTable() {
       {&extractorClass<AmazonChimeInfoExtractor>, {"com.amazon.Amazon-Chime"}},
       {&extractorClass<WhatsAppInfoExtractor>,
        {"WhatsApp", "desktop.WhatsApp", "net.whatsapp.WhatsApp"}},
-      {&signalMessenger, {"org.whispersystems.signal-desktop"}},
+      {&extractorClass<SignalInfoExtractor>, {"org.whispersystems.signal-desktop"}},
       {&notion, {"notion.id"}},
       {&extractorClass<MicrosoftTeamsInfoExtractor>,
        {"com.microsoft.teams", "com.microsoft.teams2"}},
