@@ -9,6 +9,7 @@
 #include "extractors/LogicProInfoExtractor.h"
 #include "extractors/MailWritingInfoExtractor.h"
 #include "extractors/MicrosoftTeamsInfoExtractor.h"
+#include "extractors/MimestreamInfoExtractor.h"
 #include "extractors/NotesInfoExtractor.h"
 #include "extractors/PlaceholderInfoExtractor.h"
 #include "extractors/SafariInfoExtractor.h"
@@ -25,7 +26,6 @@ namespace {
 
 constexpr auto finalCut = placeholderFor("FinalCutInfoExtractor");
 constexpr auto chatGPTAtlas = placeholderFor("ChatGPTAtlasInfoExtractor");
-constexpr auto mimestream = placeholderFor("MimestreamInfoExtractor");
 constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
 constexpr auto spark = placeholderFor("SparkInfoExtractor");
 constexpr auto notion = placeholderFor("NotionInfoExtractor");
@@ -78,7 +78,7 @@ std::vector<Row> registryTable() {
       {&codex, {"com.openai.codex"}},
       {&cursor, {"com.todesktop.230313mzl4w4u92"}},
       {&claude, {"com.anthropic.claudefordesktop"}},
-      {&mimestream, {"com.mimestream.Mimestream"}},
+      {&extractorClass<MimestreamInfoExtractor>, {"com.mimestream.Mimestream"}},
       {&extractorClass<LogicProInfoExtractor>, {"com.apple.logic10"}},
       {&extractorClass<WebAreaTitleInfoExtractor>,
        {"com.canva.CanvaDesktop", "com.superhuman.electron", "io.productive"},
