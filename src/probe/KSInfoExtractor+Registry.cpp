@@ -10,6 +10,7 @@
 #include "extractors/MailWritingInfoExtractor.h"
 #include "extractors/MicrosoftTeamsInfoExtractor.h"
 #include "extractors/MimestreamInfoExtractor.h"
+#include "extractors/NewOutlookInfoExtractor.h"
 #include "extractors/NotesInfoExtractor.h"
 #include "extractors/PlaceholderInfoExtractor.h"
 #include "extractors/SafariInfoExtractor.h"
@@ -26,7 +27,6 @@ namespace {
 
 constexpr auto finalCut = placeholderFor("FinalCutInfoExtractor");
 constexpr auto chatGPTAtlas = placeholderFor("ChatGPTAtlasInfoExtractor");
-constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
 constexpr auto spark = placeholderFor("SparkInfoExtractor");
 constexpr auto notion = placeholderFor("NotionInfoExtractor");
 constexpr auto gitHubDesktop = placeholderFor("GitHubDesktopInfoExtractor");
@@ -71,7 +71,7 @@ std::vector<Row> registryTable() {
       {&notion, {"notion.id"}},
       {&extractorClass<MicrosoftTeamsInfoExtractor>,
        {"com.microsoft.teams", "com.microsoft.teams2"}},
-      {&newOutlook, {"com.microsoft.Outlook"}},
+      {&extractorClass<NewOutlookInfoExtractor>, {"com.microsoft.Outlook"}},
       {&gitHubDesktop, {"com.github.GitHubClient"}},
       {&spark, {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
       {&chatGPT, {"com.openai.chat"}},
