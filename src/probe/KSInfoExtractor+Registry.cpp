@@ -16,6 +16,7 @@
 #include "extractors/SafariInfoExtractor.h"
 #include "extractors/SignalInfoExtractor.h"
 #include "extractors/SlackInfoExtractor.h"
+#include "extractors/SparkInfoExtractor.h"
 #include "extractors/WebAreaTitleInfoExtractor.h"
 #include "extractors/WebAreaURLInfoExtractor.h"
 #include "extractors/WhatsAppInfoExtractor.h"
@@ -27,7 +28,6 @@ namespace {
 
 constexpr auto finalCut = placeholderFor("FinalCutInfoExtractor");
 constexpr auto chatGPTAtlas = placeholderFor("ChatGPTAtlasInfoExtractor");
-constexpr auto spark = placeholderFor("SparkInfoExtractor");
 constexpr auto notion = placeholderFor("NotionInfoExtractor");
 constexpr auto gitHubDesktop = placeholderFor("GitHubDesktopInfoExtractor");
 constexpr auto chatGPT = placeholderFor("ChatGPTInfoExtractor");
@@ -73,7 +73,8 @@ std::vector<Row> registryTable() {
        {"com.microsoft.teams", "com.microsoft.teams2"}},
       {&extractorClass<NewOutlookInfoExtractor>, {"com.microsoft.Outlook"}},
       {&gitHubDesktop, {"com.github.GitHubClient"}},
-      {&spark, {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
+      {&extractorClass<SparkInfoExtractor>,
+       {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
       {&chatGPT, {"com.openai.chat"}},
       {&codex, {"com.openai.codex"}},
       {&cursor, {"com.todesktop.230313mzl4w4u92"}},
