@@ -11,11 +11,15 @@
 #include "extractors/LogicProInfoExtractor.h"
 #include "extractors/MailWritingInfoExtractor.h"
 #include "extractors/MicrosoftTeamsInfoExtractor.h"
+#include "extractors/MimestreamInfoExtractor.h"
+#include "extractors/NewOutlookInfoExtractor.h"
 #include "extractors/NotesInfoExtractor.h"
 #include "extractors/NotionInfoExtractor.h"
 #include "extractors/PlaceholderInfoExtractor.h"
 #include "extractors/SafariInfoExtractor.h"
+#include "extractors/SignalInfoExtractor.h"
 #include "extractors/SlackInfoExtractor.h"
+#include "extractors/SparkInfoExtractor.h"
 #include "extractors/WebAreaTitleInfoExtractor.h"
 #include "extractors/WebAreaURLInfoExtractor.h"
 #include "extractors/WhatsAppInfoExtractor.h"
@@ -25,15 +29,11 @@
 namespace kestro {
 namespace {
 
-constexpr auto signalMessenger = placeholderFor("SignalInfoExtractor");
-constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
 constexpr auto gitHubDesktop = placeholderFor("GitHubDesktopInfoExtractor");
-constexpr auto spark = placeholderFor("SparkInfoExtractor");
 constexpr auto chatGPT = placeholderFor("ChatGPTInfoExtractor");
 constexpr auto codex = placeholderFor("CodexInfoExtractor");
 constexpr auto cursor = placeholderFor("CursorInfoExtractor");
 constexpr auto claude = placeholderFor("ClaudeInfoExtractor");
-constexpr auto mimestream = placeholderFor("MimestreamInfoExtractor");
 
 struct Row {
   const ExtractorClass* extractorClass;
@@ -67,18 +67,19 @@ std::vector<Row> registryTable() {
       {&extractorClass<AmazonChimeInfoExtractor>, {"com.amazon.Amazon-Chime"}},
       {&extractorClass<WhatsAppInfoExtractor>,
        {"WhatsApp", "desktop.WhatsApp", "net.whatsapp.WhatsApp"}},
-      {&signalMessenger, {"org.whispersystems.signal-desktop"}},
+      {&extractorClass<SignalInfoExtractor>, {"org.whispersystems.signal-desktop"}},
       {&extractorClass<NotionInfoExtractor>, {"notion.id"}},
       {&extractorClass<MicrosoftTeamsInfoExtractor>,
        {"com.microsoft.teams", "com.microsoft.teams2"}},
-      {&newOutlook, {"com.microsoft.Outlook"}},
+      {&extractorClass<NewOutlookInfoExtractor>, {"com.microsoft.Outlook"}},
       {&gitHubDesktop, {"com.github.GitHubClient"}},
-      {&spark, {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
+      {&extractorClass<SparkInfoExtractor>,
+       {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
       {&chatGPT, {"com.openai.chat"}},
       {&codex, {"com.openai.codex"}},
       {&cursor, {"com.todesktop.230313mzl4w4u92"}},
       {&claude, {"com.anthropic.claudefordesktop"}},
-      {&mimestream, {"com.mimestream.Mimestream"}},
+      {&extractorClass<MimestreamInfoExtractor>, {"com.mimestream.Mimestream"}},
       {&extractorClass<LogicProInfoExtractor>, {"com.apple.logic10"}},
       {&extractorClass<WebAreaTitleInfoExtractor>,
        {"com.canva.CanvaDesktop", "com.superhuman.electron", "io.productive"},

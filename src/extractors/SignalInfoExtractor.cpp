@@ -1,0 +1,101 @@
+#include "extractors/SignalInfoExtractor.h"
+
+#include "extractors/AccessibilityElement.h"
+#include "extractors/EnhancedAccessibility.h"
+#include "extractors/WebAreas.h"
+#include "product/KestroDatabase.h"
+#include "product/KestroUI.h"
+
+namespace kestro {
+namespace {
+
+// The header comes first in its pane; a message can have a button for every reaction.
+constexpr std::size_t mostButtonsExamined = 10;
+constexpr std::size_t mostPanesExamined = 10;
+
+std::optional<AccessibilityElement> applicationContainer(const AccessibilityElement& webArea) {
+  return webArea.firstAlongFirstChildren(
+      maxRecursionLevel(webArea.process()), [](const AccessibilityElement& element) {
+        return element.stringAttribute(attribute::domIdentifier) == "app-container";
+      });
+}
+
+// What the chosen side tab shows: the list of conversations and the open one.
+std::optional<AccessibilityElement> tabPanel(const AccessibilityElement& container) {
+  const auto depth = maxRecursionLevel(container.process());
+  const auto tabs =
+      container.firstDescendantWith({{attribute::domClassList, "NavTabs__Container"}}, depth);
+  return tabs ? tabs->firstDescendantWithSubrole(subrole::tabPanel, depth) : std::nullopt;
+}
+
+std::optional<std::string> nameIn(const AccessibilityElement& text) {
+  const auto value = text.value();
+  return value ? signalHeaderText(*value) : std::nullopt;
+}
+
+std::optional<std::string> nameOn(const AccessibilityElement& button) {
+  const auto depth = maxRecursionLevel(button.process());
+  return firstNonNil(
+      button.descendantsWith({{attribute::role, std::string(role::staticText)}}, depth), nameIn);
+}
+
+// The name on the first button that has one.
+std::optional<std::string> nameOnButtonsOf(const AccessibilityElement& pane, std::int64_t depth) {
+  return firstNonNil(pane.descendantsWith({{attribute::role, std::string(role::button)}}, depth,
+                                          mostButtonsExamined),
+                     nameOn);
+}
+
+// The first of several panes is the list, whose rows are buttons too.
+std::optional<std::string> nameInPanes(const AccessibilityElements& panes) {
+  std::size_t examined = 0;
+  for (std::size_t index = panes.size(); index > 1 && examined < mostPanesExamined; --index) {
+    const auto depth = maxRecursionLevel(panes.front().process());
+    if (auto conversation = nameOnButtonsOf(panes[index - 1], depth)) return conversation;
+    ++examined;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> nameInPanel(const AccessibilityElement& panel) {
+  AccessibilityElement element = panel;
+  for (auto depth = maxRecursionLevel(panel.process()); depth >= 0; --depth) {
+    if (auto conversation = nameOnButtonsOf(element, 1)) return conversation;
+    const auto children = element.children();
+    if (children.size() != 1) return nameInPanes(children);
+    element = children.front();
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> conversationIn(const AccessibilityElement& webArea) {
+  const auto container = applicationContainer(webArea);
+  const auto panel = container ? tabPanel(*container) : std::nullopt;
+  return panel ? nameInPanel(*panel) : std::nullopt;
+}
+
+// "3", "99+" or "12:30".
+bool isCounterOrTime(std::string_view text) {
+  const bool hasDigit = text.find_first_of("0123456789") != std::string_view::npos;
+  return hasDigit && text.find_first_not_of("0123456789:.,+ ") == std::string_view::npos;
+}
+
+}  // namespace
+
+std::optional<std::string> signalHeaderText(std::string_view text) {
+  if (text.empty()) return std::nullopt;
+  std::string visible = removingInvisibleControlCharacters(text);
+  return isCounterOrTime(visible) ? std::nullopt : std::optional(std::move(visible));
+}
+
+void SignalInfoExtractor::writeDetailsForActivity(Activity& activity) {
+  enableEnhancedAccessibility(process_, activity);
+  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+    const auto conversation = firstNonNil(webAreas(window, nullptr), conversationIn);
+    if (!conversation || conversation->empty()) continue;
+    activity.details.contextPath = {*conversation};
+    return;
+  }
+}
+
+}  // namespace kestro

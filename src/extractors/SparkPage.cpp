@@ -1,0 +1,104 @@
+#include "extractors/SparkPage.h"
+
+#include "product/KestroUI.h"
+
+namespace kestro {
+namespace {
+
+constexpr std::size_t mostFolders = 100;
+// Of buttons, and of the texts on them.
+constexpr std::size_t mostExamined = 60;
+
+AccessibilityElements allBelow(const AccessibilityElement& element, std::string_view role,
+                               std::int64_t depth) {
+  return element.descendantsWith({{attribute::role, std::string(role)}}, depth, mostExamined);
+}
+
+AccessibilityElements allBelow(const AccessibilityElement& element, std::string_view role) {
+  return allBelow(element, role, maxRecursionLevel(element.process()));
+}
+
+std::optional<AccessibilityElement> withSubrole(const AccessibilityElement& element,
+                                                std::string_view subrole) {
+  return element.firstDescendantWithSubrole(subrole, maxRecursionLevel(element.process()));
+}
+
+std::optional<AccessibilityElement> withDOMIdentifier(const AccessibilityElement& element,
+                                                      std::string identifier) {
+  return element.firstDescendantWith({{attribute::domIdentifier, std::move(identifier)}},
+                                     maxRecursionLevel(element.process()));
+}
+
+std::vector<std::string> textsOn(const AccessibilityElements& buttons) {
+  std::vector<std::string> texts;
+  std::size_t examined = 0;
+  for (const AccessibilityElement& button : buttons) {
+    for (const AccessibilityElement& text : allBelow(button, role::staticText)) {
+      if (examined++ == mostExamined) return texts;
+      if (auto value = text.nonEmptyString(attribute::value)) texts.push_back(std::move(*value));
+    }
+  }
+  return texts;
+}
+
+// An area among the recipients is where another one is typed.
+std::optional<std::string> writtenText(const AccessibilityElement& composer,
+                                       const std::optional<AccessibilityElement>& recipients) {
+  const auto typed = recipients ? allBelow(*recipients, role::textArea) : AccessibilityElements();
+  const auto area = firstMatching(
+      [&](const AccessibilityElement& candidate) { return !containsElement(typed, candidate); },
+      allBelow(composer, role::textArea));
+  return area ? area->value() : std::nullopt;
+}
+
+std::optional<AccessibilityElement> articleIn(const AccessibilityElement& element) {
+  return withSubrole(element, subrole::documentArticle);
+}
+
+// Entries of the message list may be articles too: one in a region is the open message.
+std::optional<AccessibilityElement> openArticle(const AccessibilityElement& webArea) {
+  const auto wrapper = withDOMIdentifier(webArea, "SPLIT_CONTAINER_WRAPPER");
+  const AccessibilityElement& content = wrapper ? *wrapper : webArea;
+  const auto regions =
+      content.descendantsWith({{attribute::subrole, std::string(subrole::landmarkRegion)}},
+                              maxRecursionLevel(webArea.process()), mostExamined);
+  return firstNonNil(regions.empty() ? AccessibilityElements{content} : regions, articleIn);
+}
+
+}  // namespace
+
+std::optional<SparkComposer> sparkComposer(const AccessibilityElement& webArea) {
+  const auto composer = withDOMIdentifier(webArea, "composer-container");
+  if (!composer) return std::nullopt;
+  const auto group = withSubrole(*composer, subrole::applicationGroup);
+  auto recipients = group ? textsOn(allBelow(*group, role::button)) : std::vector<std::string>();
+  return SparkComposer{std::move(recipients), writtenText(*composer, group)};
+}
+
+std::optional<std::string> sparkCurrentFolder(const AccessibilityElement& webArea) {
+  const auto sidebar = withSubrole(webArea, subrole::landmarkNavigation);
+  if (!sidebar) return std::nullopt;
+  const auto folder = firstMatching(
+      [](const AccessibilityElement& box) {
+        return box.booleanAttribute(attribute::value) == true;
+      },
+      sidebar->descendantsWith({{attribute::role, std::string(role::checkBox)}},
+                               maxRecursionLevel(webArea.process()), mostFolders));
+  return folder ? folder->nonEmptyString(attribute::description) : std::nullopt;
+}
+
+// The texts on the first button that has some and on those beside it. Other buttons, such as those
+// that answer the message, stand elsewhere.
+std::vector<std::string> sparkCorrespondents(const AccessibilityElement& webArea) {
+  const auto article = openArticle(webArea);
+  if (!article) return {};
+  for (const AccessibilityElement& button : allBelow(*article, role::button)) {
+    auto texts = textsOn({button});
+    if (texts.empty()) continue;
+    const auto parent = button.parent();
+    return parent ? textsOn(allBelow(*parent, role::button, 1)) : texts;
+  }
+  return {};
+}
+
+}  // namespace kestro
