@@ -7,6 +7,7 @@
 
 #include "platform/Process.h"
 #include "platform/TextCase.h"
+#include "platform/Transcript.h"
 #include "product/KestroDatabase.h"
 #include "product/KestroLegacy.h"
 
@@ -53,6 +54,17 @@ PropertyListDictionary offeredCall(Process& process, const std::string& bundleId
   return {{"bundleIdentifier", bundleIdentifier},
           {"effectiveServiceName", orNil(call.metadata.effectiveServiceName(process))},
           {"duration", roundedDuration(call)}};
+}
+
+void record(Process& process, PropertyListDictionary fields, const CallProperties& call) {
+  fields.set("startedAt", call.startedAt);
+  fields.set("lastSeen", call.lastSeen);
+  fields.setIfPresent("serviceName", call.metadata.serviceName);
+  fields.setIfPresent("appName", call.metadata.appName);
+  fields.setIfPresent("meetingTitle", call.metadata.meetingTitle);
+  fields.set("audioInAndOutAssertionsHaveBeenRecordedSeparately",
+             call.metadata.audioInAndOutAssertionsHaveBeenRecordedSeparately);
+  process.platform().transcript.record("call", std::move(fields));
 }
 
 }  // namespace
@@ -140,6 +152,18 @@ void logDoNotAskAgainForThisApp(Process& process, const std::string& bundleIdent
 void logDoNotAskAgainForUnknownApp(Process& process, const std::string& userInfoKeys) {
   log(process, "doNotAskAgainForThisApp.missingBundleIdentifier", {{"userInfoKeys", userInfoKeys}},
       Frequency::always, Flags::none);
+}
+
+void recordCallStart(Process& process, const std::string& bundleIdentifier,
+                     const CallProperties& call) {
+  if (!process.platform().transcript.isActive()) return;
+  record(process, {{"started", bundleIdentifier}}, call);
+}
+
+void recordCallEnd(Process& process, const std::string& bundleIdentifier,
+                   const CallProperties& call, const std::string& action) {
+  if (!process.platform().transcript.isActive()) return;
+  record(process, {{"ended", bundleIdentifier}, {"action", action}}, call);
 }
 
 }  // namespace kestro

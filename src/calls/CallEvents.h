@@ -37,6 +37,12 @@ void logDoNotAskAgainForThisApp(Process& process, const std::string& bundleIdent
                                 const std::optional<CallProperties>& call);
 void logDoNotAskAgainForUnknownApp(Process& process, const std::string& userInfoKeys);
 
+// For the transcript: a call has started, or ended with this action.
+void recordCallStart(Process& process, const std::string& bundleIdentifier,
+                     const CallProperties& call);
+void recordCallEnd(Process& process, const std::string& bundleIdentifier,
+                   const CallProperties& call, const std::string& action);
+
 // As a person reads it: "12 min".
 std::string formattedCallDuration(const CallProperties& call);
 // The text, or what stands for one that is not known.

@@ -84,7 +84,9 @@ void RunningCallDetector::noteCall(const ApplicationAndMetadata& application, Da
     running->second.metadata.merge(metadata);
     return;
   }
-  runningCallsByBundleIdentifier_.emplace(identifier, CallProperties{now, now, metadata});
+  const CallProperties call{now, now, metadata};
+  runningCallsByBundleIdentifier_.emplace(identifier, call);
+  recordCallStart(process_, identifier, call);
   logCallStart(process_, identifier, metadata);
 }
 
@@ -107,6 +109,7 @@ void RunningCallDetector::endCall(const std::string& bundleIdentifier, const Cal
   if (!(call.duration() < process_.shared<CallSettings>().minimumCallDurationForNotifying())) {
     action = callEndedHandler_.handleEndedCall(bundleIdentifier, call);
   }
+  recordCallEnd(process_, bundleIdentifier, call, action.value_or("askedForPermission"));
   // Which action a notification is, is known only after the permission has been answered.
   if (action) logCallEndOfUnknownApplication(process_, bundleIdentifier, call.metadata, *action);
 }

@@ -60,7 +60,9 @@ void SupportRequests::createRequest(Process& process, const std::string& body,
     for (const RepliesIOAttachment& attachment : extraAttachments) {
       write(folder / fs::path(attachment.fileName).filename(), attachment.text);
     }
-    process.platform().log.write("A support request was saved in " + folder.string());
+    process.platform().log.write(
+        fmt::format("A support request was saved as \"{}\".",
+                    fs::relative(folder, folder.parent_path().parent_path()).string()));
   } catch (const fs::filesystem_error&) {
     process.platform().log.write("The support request cannot be saved.");
   }
