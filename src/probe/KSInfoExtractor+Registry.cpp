@@ -6,6 +6,7 @@
 #include "extractors/DiaInfoExtractor.h"
 #include "extractors/DiscordInfoExtractor.h"
 #include "extractors/FirefoxInfoExtractor.h"
+#include "extractors/GitHubDesktopInfoExtractor.h"
 #include "extractors/LogicProInfoExtractor.h"
 #include "extractors/MailWritingInfoExtractor.h"
 #include "extractors/MicrosoftTeamsInfoExtractor.h"
@@ -27,7 +28,6 @@ constexpr auto chatGPTAtlas = placeholderFor("ChatGPTAtlasInfoExtractor");
 constexpr auto signalMessenger = placeholderFor("SignalInfoExtractor");
 constexpr auto notion = placeholderFor("NotionInfoExtractor");
 constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
-constexpr auto gitHubDesktop = placeholderFor("GitHubDesktopInfoExtractor");
 constexpr auto spark = placeholderFor("SparkInfoExtractor");
 constexpr auto chatGPT = placeholderFor("ChatGPTInfoExtractor");
 constexpr auto codex = placeholderFor("CodexInfoExtractor");
@@ -72,7 +72,7 @@ std::vector<Row> registryTable() {
       {&extractorClass<MicrosoftTeamsInfoExtractor>,
        {"com.microsoft.teams", "com.microsoft.teams2"}},
       {&newOutlook, {"com.microsoft.Outlook"}},
-      {&gitHubDesktop, {"com.github.GitHubClient"}},
+      {&extractorClass<GitHubDesktopInfoExtractor>, {"com.github.GitHubClient"}},
       {&spark, {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
       {&chatGPT, {"com.openai.chat"}},
       {&codex, {"com.openai.codex"}},
