@@ -3,6 +3,7 @@
 #include "extractors/AmazonChimeInfoExtractor.h"
 #include "extractors/CatalystInfoExtractor.h"
 #include "extractors/ChromeProfileInfoExtractor.h"
+#include "extractors/ClaudeInfoExtractor.h"
 #include "extractors/DiaInfoExtractor.h"
 #include "extractors/DiscordInfoExtractor.h"
 #include "extractors/FirefoxInfoExtractor.h"
@@ -32,7 +33,6 @@ constexpr auto spark = placeholderFor("SparkInfoExtractor");
 constexpr auto chatGPT = placeholderFor("ChatGPTInfoExtractor");
 constexpr auto codex = placeholderFor("CodexInfoExtractor");
 constexpr auto cursor = placeholderFor("CursorInfoExtractor");
-constexpr auto claude = placeholderFor("ClaudeInfoExtractor");
 constexpr auto mimestream = placeholderFor("MimestreamInfoExtractor");
 
 struct Row {
@@ -77,7 +77,7 @@ std::vector<Row> registryTable() {
       {&chatGPT, {"com.openai.chat"}},
       {&codex, {"com.openai.codex"}},
       {&cursor, {"com.todesktop.230313mzl4w4u92"}},
-      {&claude, {"com.anthropic.claudefordesktop"}},
+      {&extractorClass<ClaudeInfoExtractor>, {"com.anthropic.claudefordesktop"}},
       {&mimestream, {"com.mimestream.Mimestream"}},
       {&extractorClass<LogicProInfoExtractor>, {"com.apple.logic10"}},
       {&extractorClass<WebAreaTitleInfoExtractor>,

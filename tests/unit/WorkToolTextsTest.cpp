@@ -1,6 +1,7 @@
 // How the extractors of work tools read the texts they find: the pure halves, a table each.
 #include <gtest/gtest.h>
 
+#include "extractors/ClaudeInfoExtractor.h"
 #include "extractors/GitHubDesktopInfoExtractor.h"
 #include "extractors/StaticTexts.h"
 
@@ -43,6 +44,40 @@ TEST(GitHubDesktopTexts, name) {
   for (const auto& [texts, expected] : cases) {
     EXPECT_EQ(gitHubDesktopName(texts).value_or("absent"), expected)
         << testing::PrintToString(texts);
+  }
+}
+
+TEST(ClaudeTexts, pageOfTheService) {
+  struct Case {
+    const char *address, *serviceAddress;
+    bool isPage;
+  };
+  const Case cases[] = {
+      {"https://claude.ai", "https://claude.ai", true},
+      {"https://claude.ai/chat/1", "https://claude.ai", true},
+      {"https://claude.ai?tab=1", "https://claude.ai", true},
+      {"https://claude.ai.example/", "https://claude.ai", false},
+      {"https://claude.ai@example.com/", "https://claude.ai", false},
+      {"http://claude.ai/", "https://claude.ai", false},
+      {"file:///https://claude.ai/", "https://claude.ai", false},
+      {"https://work.example/chat/1", "https://work.example/", true},
+      {"", "https://claude.ai", false},
+  };
+  for (const auto& row : cases) {
+    EXPECT_EQ(isClaudePage(row.address, row.serviceAddress), row.isPage) << row.address;
+  }
+}
+
+TEST(ClaudeTexts, chatTitle) {
+  const char* const cases[][2] = {
+      {"Tide tables - Claude", "Tide tables"},
+      {"Tide tables", "Tide tables"},
+      {"Claude - Claude", "Claude"},
+      {"Claude", "absent"},
+      {" - Claude", "absent"},
+  };
+  for (const auto& [title, expected] : cases) {
+    EXPECT_EQ(claudeChatTitle(title).value_or("absent"), expected) << title;
   }
 }
 
