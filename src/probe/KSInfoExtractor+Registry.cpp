@@ -4,6 +4,7 @@
 #include "extractors/CatalystInfoExtractor.h"
 #include "extractors/ChromeProfileInfoExtractor.h"
 #include "extractors/ClaudeInfoExtractor.h"
+#include "extractors/CursorInfoExtractor.h"
 #include "extractors/DiaInfoExtractor.h"
 #include "extractors/DiscordInfoExtractor.h"
 #include "extractors/FirefoxInfoExtractor.h"
@@ -32,7 +33,6 @@ constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
 constexpr auto spark = placeholderFor("SparkInfoExtractor");
 constexpr auto chatGPT = placeholderFor("ChatGPTInfoExtractor");
 constexpr auto codex = placeholderFor("CodexInfoExtractor");
-constexpr auto cursor = placeholderFor("CursorInfoExtractor");
 constexpr auto mimestream = placeholderFor("MimestreamInfoExtractor");
 
 struct Row {
@@ -76,7 +76,7 @@ std::vector<Row> registryTable() {
       {&spark, {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
       {&chatGPT, {"com.openai.chat"}},
       {&codex, {"com.openai.codex"}},
-      {&cursor, {"com.todesktop.230313mzl4w4u92"}},
+      {&extractorClass<CursorInfoExtractor>, {"com.todesktop.230313mzl4w4u92"}},
       {&extractorClass<ClaudeInfoExtractor>, {"com.anthropic.claudefordesktop"}},
       {&mimestream, {"com.mimestream.Mimestream"}},
       {&extractorClass<LogicProInfoExtractor>, {"com.apple.logic10"}},
