@@ -4,6 +4,7 @@
 #include "extractors/CatalystInfoExtractor.h"
 #include "extractors/ChromeProfileInfoExtractor.h"
 #include "extractors/ClaudeInfoExtractor.h"
+#include "extractors/CodexInfoExtractor.h"
 #include "extractors/CursorInfoExtractor.h"
 #include "extractors/DiaInfoExtractor.h"
 #include "extractors/DiscordInfoExtractor.h"
@@ -32,7 +33,6 @@ constexpr auto notion = placeholderFor("NotionInfoExtractor");
 constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
 constexpr auto spark = placeholderFor("SparkInfoExtractor");
 constexpr auto chatGPT = placeholderFor("ChatGPTInfoExtractor");
-constexpr auto codex = placeholderFor("CodexInfoExtractor");
 constexpr auto mimestream = placeholderFor("MimestreamInfoExtractor");
 
 struct Row {
@@ -75,7 +75,7 @@ std::vector<Row> registryTable() {
       {&extractorClass<GitHubDesktopInfoExtractor>, {"com.github.GitHubClient"}},
       {&spark, {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
       {&chatGPT, {"com.openai.chat"}},
-      {&codex, {"com.openai.codex"}},
+      {&extractorClass<CodexInfoExtractor>, {"com.openai.codex"}},
       {&extractorClass<CursorInfoExtractor>, {"com.todesktop.230313mzl4w4u92"}},
       {&extractorClass<ClaudeInfoExtractor>, {"com.anthropic.claudefordesktop"}},
       {&mimestream, {"com.mimestream.Mimestream"}},

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "extractors/ClaudeInfoExtractor.h"
+#include "extractors/CodexInfoExtractor.h"
 #include "extractors/GitHubDesktopInfoExtractor.h"
 #include "extractors/StaticTexts.h"
 
@@ -79,6 +80,13 @@ TEST(ClaudeTexts, chatTitle) {
   for (const auto& [title, expected] : cases) {
     EXPECT_EQ(claudeChatTitle(title).value_or("absent"), expected) << title;
   }
+}
+
+TEST(CodexTexts, contextPath) {
+  EXPECT_EQ(codexContextPath("harbour-site", "Fix"), (Texts{"harbour-site", "Fix"}));
+  EXPECT_EQ(codexContextPath("harbour-site", "New Chat"), (Texts{"harbour-site"}));
+  EXPECT_EQ(codexContextPath("New Chat", "New Chats"), (Texts{"New Chat", "New Chats"}));
+  EXPECT_EQ(codexContextPath(std::nullopt, "New Chat"), Texts{});
 }
 
 }  // namespace
