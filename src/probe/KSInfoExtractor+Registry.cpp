@@ -2,6 +2,7 @@
 #include "extractors/AdobeProjectPathInfoExtractor.h"
 #include "extractors/AmazonChimeInfoExtractor.h"
 #include "extractors/CatalystInfoExtractor.h"
+#include "extractors/ChatGPTInfoExtractor.h"
 #include "extractors/ChromeProfileInfoExtractor.h"
 #include "extractors/ClaudeInfoExtractor.h"
 #include "extractors/CodexInfoExtractor.h"
@@ -32,7 +33,6 @@ constexpr auto signalMessenger = placeholderFor("SignalInfoExtractor");
 constexpr auto notion = placeholderFor("NotionInfoExtractor");
 constexpr auto newOutlook = placeholderFor("NewOutlookInfoExtractor");
 constexpr auto spark = placeholderFor("SparkInfoExtractor");
-constexpr auto chatGPT = placeholderFor("ChatGPTInfoExtractor");
 constexpr auto mimestream = placeholderFor("MimestreamInfoExtractor");
 
 struct Row {
@@ -74,7 +74,7 @@ std::vector<Row> registryTable() {
       {&newOutlook, {"com.microsoft.Outlook"}},
       {&extractorClass<GitHubDesktopInfoExtractor>, {"com.github.GitHubClient"}},
       {&spark, {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
-      {&chatGPT, {"com.openai.chat"}},
+      {&extractorClass<ChatGPTInfoExtractor>, {"com.openai.chat"}},
       {&extractorClass<CodexInfoExtractor>, {"com.openai.codex"}},
       {&extractorClass<CursorInfoExtractor>, {"com.todesktop.230313mzl4w4u92"}},
       {&extractorClass<ClaudeInfoExtractor>, {"com.anthropic.claudefordesktop"}},

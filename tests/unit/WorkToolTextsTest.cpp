@@ -1,10 +1,12 @@
 // How the extractors of work tools read the texts they find: the pure halves, a table each.
 #include <gtest/gtest.h>
 
+#include "extractors/ChatGPTInfoExtractor.h"
 #include "extractors/ClaudeInfoExtractor.h"
 #include "extractors/CodexInfoExtractor.h"
 #include "extractors/GitHubDesktopInfoExtractor.h"
 #include "extractors/StaticTexts.h"
+#include "extractors/TitleParts.h"
 
 namespace kestro {
 namespace {
@@ -44,6 +46,30 @@ TEST(GitHubDesktopTexts, name) {
   };
   for (const auto& [texts, expected] : cases) {
     EXPECT_EQ(gitHubDesktopName(texts).value_or("absent"), expected)
+        << testing::PrintToString(texts);
+  }
+}
+
+TEST(ChatGPTTexts, contextPath) {
+  struct Case {
+    Texts toolbarTexts;
+    std::optional<std::string> chat;
+    const char* expected;
+  };
+  const Case cases[] = {
+      {{"ChatGPT 4o"}, "Tide tables", "Tide tables"},
+      {{"Harbour guide", "ChatGPT", "By Mara"},
+       "Tide tables",
+       "Harbour guide, By Mara > Tide tables"},
+      {{"Tide tables"}, "Tide tables", "Tide tables"},
+      {{"Tide tables", "New Chat"}, std::nullopt, "Tide tables"},
+      {{}, "ChatGPT prices", "ChatGPT prices"},
+      {{"Harbour guide"}, "New Chat", "Harbour guide"},
+      {{"ChatGPT 4o"}, "ChatGPT", ""},
+      {{}, std::nullopt, ""},
+  };
+  for (const auto& [texts, chat, expected] : cases) {
+    EXPECT_EQ(joined(chatGPTContextPath(texts, chat), " > "), expected)
         << testing::PrintToString(texts);
   }
 }
