@@ -70,8 +70,9 @@ std::optional<AccessibilityElement> AccessibilityElement::firstDescendantWith(
 }
 
 AccessibilityElements AccessibilityElement::descendantsWith(const Conditions& conditions,
-                                                            std::int64_t maxDepth) const {
-  return search(conditions, maxDepth, mostElementsExamined);
+                                                            std::int64_t maxDepth,
+                                                            std::size_t mostFound) const {
+  return search(conditions, maxDepth, mostFound);
 }
 
 AccessibilityElements AccessibilityElement::search(const Conditions& conditions,

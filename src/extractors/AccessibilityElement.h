@@ -24,6 +24,9 @@ class Activity;
 class Process;
 class UIElementUtilities;
 
+// By one search or description; more than any real page needs.
+constexpr std::size_t mostElementsExamined = 20'000;
+
 class AccessibilityElement {
  public:
   using List = std::vector<AccessibilityElement>;
@@ -75,8 +78,9 @@ class AccessibilityElement {
                                                               std::int64_t maxDepth) const;
   std::optional<AccessibilityElement> firstDescendantWithSubrole(std::string_view subrole,
                                                                  std::int64_t maxDepth) const;
-  // All of them, in pre-order; this element may be the first.
-  List descendantsWith(const Conditions& conditions, std::int64_t maxDepth) const;
+  // All of them or the first `mostFound`, in pre-order; this element may be the first.
+  List descendantsWith(const Conditions& conditions, std::int64_t maxDepth,
+                       std::size_t mostFound = mostElementsExamined) const;
   // The first element on the way from this one down its first children that satisfies the
   // predicate.
   std::optional<AccessibilityElement> firstAlongFirstChildren(std::int64_t maxDepth,
@@ -97,9 +101,6 @@ class AccessibilityElement {
 };
 
 using AccessibilityElements = AccessibilityElement::List;
-
-// By one search or description; more than any real page needs.
-constexpr std::size_t mostElementsExamined = 20'000;
 
 // The depth that callers pass to searches when they want to search as deep as allowed: the
 // preference AXUIElement_maxRecursionLevel, 20 when absent, 1000 at most, read once per process.

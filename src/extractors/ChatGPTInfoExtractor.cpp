@@ -25,11 +25,9 @@ Parts partsOf(const AccessibilityElement& splitGroup) {
   return {{children.begin(), splitter}, {std::next(splitter), children.end()}};
 }
 
-AccessibilityElements allBelow(const AccessibilityElement& element, std::string_view role,
-                               std::int64_t depth, std::size_t most) {
-  auto found = element.descendantsWith({{attribute::role, std::string(role)}}, depth);
-  if (found.size() > most) found.erase(std::next(found.begin(), std::ptrdiff_t(most)), found.end());
-  return found;
+AccessibilityElements firstWithin(const AccessibilityElement& element, std::string_view role,
+                                  std::size_t most) {
+  return element.descendantsWith({{attribute::role, std::string(role)}}, wrapperLevels, most);
 }
 
 std::optional<AccessibilityElement> listOfChats(const AccessibilityElements& sidebar) {
@@ -46,7 +44,7 @@ std::optional<std::string> selectedChat(const AccessibilityElement& list) {
       [](const AccessibilityElement& chat) {
         return chat.booleanAttribute(attribute::selected) == true;
       },
-      allBelow(list, role::button, wrapperLevels, mostChats));
+      firstWithin(list, role::button, mostChats));
   return button ? button->nonEmptyString(attribute::description) : std::nullopt;
 }
 
@@ -54,7 +52,7 @@ std::optional<std::string> selectedChat(const AccessibilityElement& list) {
 // it.
 std::optional<std::string> chatOfToolbar(const AccessibilityElement& toolbar,
                                          const AccessibilityElement& list) {
-  const auto buttons = allBelow(toolbar, role::button, wrapperLevels, mostToolbarElements);
+  const auto buttons = firstWithin(toolbar, role::button, mostToolbarElements);
   return firstNonNil(buttons, [&](const AccessibilityElement& button) {
     auto text = button.nonEmptyString(attribute::description);
     if (!text) return text;
@@ -75,8 +73,7 @@ std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& window
 
 std::vector<std::string> groupTexts(const AccessibilityElement& toolbar) {
   std::vector<std::string> texts;
-  for (const AccessibilityElement& group :
-       allBelow(toolbar, role::group, wrapperLevels, mostToolbarElements)) {
+  for (const AccessibilityElement& group : firstWithin(toolbar, role::group, mostToolbarElements)) {
     if (auto text = group.nonEmptyString(attribute::description)) texts.push_back(std::move(*text));
   }
   return texts;

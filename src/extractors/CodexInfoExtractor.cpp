@@ -15,9 +15,8 @@ constexpr int textDepth = 8;
 // The title stands in the part of the button that takes the room left by icons and the age.
 std::optional<std::string> threadTitle(const AccessibilityElement& button) {
   constexpr std::size_t mostParts = 5;
-  auto parts = button.descendantsWith({{attribute::domClassList, "flex-1"}}, textDepth);
+  auto parts = button.descendantsWith({{attribute::domClassList, "flex-1"}}, textDepth, mostParts);
   std::erase(parts, button);
-  if (parts.size() > mostParts) parts.erase(parts.begin() + mostParts, parts.end());
   return firstNonNil(
       parts, [](const AccessibilityElement& part) { return lineOf(staticTexts(part, textDepth)); });
 }
@@ -46,7 +45,7 @@ bool hasFolderClass(const AccessibilityElement& element) {
 // row of the one button that opens and closes it. That row may be marked instead of the folder; a
 // folder inside is another section.
 std::optional<AccessibilityElement> headerOf(const AccessibilityElement& section) {
-  const auto header =
+  auto header =
       only(section.descendantsWith({{attribute::subrole, std::string(subrole::sectionHeader)}}, 1));
   if (header && *header != section) return header;
   const auto toggle =

@@ -52,8 +52,7 @@ std::optional<std::string> sectionName(const AccessibilityElement& window,
                                   {attribute::domClassList, "ui-sidebar"}},
                                  depth);
   if (!sidebar) return std::nullopt;
-  auto entries = sidebar->descendantsWith({{attribute::value, title}}, depth);
-  if (entries.size() > mostEntries) entries.erase(entries.begin() + mostEntries, entries.end());
+  const auto entries = sidebar->descendantsWith({{attribute::value, title}}, depth, mostEntries);
   const auto head = firstNonNil(
       entries, [&](const AccessibilityElement& entry) { return headAround(entry, *sidebar); });
   return head ? nameIn(*head) : std::nullopt;

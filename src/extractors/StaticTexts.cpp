@@ -4,9 +4,8 @@ namespace kestro {
 
 std::vector<std::string> staticTexts(const AccessibilityElement& element, std::int64_t maxDepth) {
   constexpr std::size_t mostRead = 20;
-  auto elements =
-      element.descendantsWith({{attribute::role, std::string(role::staticText)}}, maxDepth);
-  if (elements.size() > mostRead) elements.erase(elements.begin() + mostRead, elements.end());
+  const auto elements = element.descendantsWith({{attribute::role, std::string(role::staticText)}},
+                                                maxDepth, mostRead);
   std::vector<std::string> texts;
   for (const AccessibilityElement& text : elements) {
     if (auto value = text.nonEmptyString(attribute::value)) texts.push_back(std::move(*value));
