@@ -60,6 +60,7 @@ std::string CallEndedHandler::categoryIdentifier() const {
 void CallEndedHandler::registerNotificationCategory(
     UserNotificationResponseReceiver& receiver) const {
   std::vector<UserNotificationAction> list;
+  list.reserve(actions.size());
   for (const Action& action : actions) {
     list.push_back({std::string(action.identifier), localizedString(process_, action.title)});
   }
