@@ -26,6 +26,7 @@ class Parts {
 // same.
 std::string setDescription(const std::set<std::string>& texts) {
   std::vector<std::string> quoted;
+  quoted.reserve(texts.size());
   for (const std::string& text : texts)
     quoted.push_back(fmt::format("\"{}\"", text));
   return fmt::format("[{}]", fmt::join(quoted, ", "));
@@ -40,6 +41,7 @@ std::string applicationDescription(const RunningApplication& application) {
 template <class List>
 std::string lines(const List& list) {
   std::vector<std::string> texts;
+  texts.reserve(list.size());
   for (const auto& member : list)
     texts.push_back("\t\t" + member.description());
   return fmt::format("{}", fmt::join(texts, "\n"));

@@ -19,6 +19,7 @@ void printLine(std::string_view line) {
 // As the designed platform's language prints a list of records.
 std::string listDescription(const std::vector<ApplicationAndMetadata>& applications) {
   std::vector<std::string> texts;
+  texts.reserve(applications.size());
   for (const auto& application : applications)
     texts.push_back(application.description());
   return fmt::format("[{}]", fmt::join(texts, ", "));

@@ -128,6 +128,7 @@ std::optional<std::string> RunningCallDetector::descriptionOfRunningCalls() cons
   if (calls.empty()) return std::nullopt;
   std::ranges::stable_sort(calls, {}, [](const CallProperties* call) { return call->startedAt; });
   std::vector<std::string> texts;
+  texts.reserve(calls.size());
   for (const CallProperties* call : calls) {
     texts.push_back(fmt::format("{} ({})", call->metadata.timeEntryTitle(process_).value_or(""),
                                 formattedCallDuration(*call)));
