@@ -1,5 +1,5 @@
 // Everything that the helper may ask of the desktop it runs on. A backend owns the parts; they
-// outlive every process life on that desktop. Later parts (file events, status
+// outlive every process life on that desktop. Later parts (status
 // bar, menus, alerts) become further members here, each with a header of its own.
 #pragma once
 
@@ -15,6 +15,7 @@ namespace kestro {
 class Accessibility;
 class ChildProcesses;
 class Clock;
+class FileEvents;
 class Files;
 class PowerManagement;
 class RunLoop;
@@ -41,6 +42,7 @@ struct Platform {
   UserDefaultsDatabase& defaults;
   ChildProcesses& childProcesses;
   Files& files;
+  FileEvents& fileEvents;
   PowerManagement& powerManagement;
   UserNotifications& userNotifications;
   TimeEntryEditors& timeEntryEditors;

@@ -12,6 +12,7 @@
 #include "platform/Accessibility.h"
 #include "platform/ChildProcesses.h"
 #include "platform/Clock.h"
+#include "platform/FileEvents.h"
 #include "platform/Files.h"
 #include "platform/Platform.h"
 #include "platform/PowerManagement.h"
@@ -199,6 +200,33 @@ struct NoFiles final : Files {
   std::optional<PropertyListDictionary> dictionary(const std::string&) override { return {}; }
 };
 
+// Delivers when a test says so.
+class ManualFileEvents final : public FileEvents {
+ public:
+  std::unique_ptr<FileEventStream> makeStream(const std::vector<std::string>& paths, Seconds,
+                                              Delivery delivery) override {
+    ++streams;
+    watched = paths;
+    deliver = std::move(delivery);
+    return std::make_unique<Stream>(*this);
+  }
+
+  int streams = 0;  // running
+  int flushes = 0;
+  std::vector<std::string> watched;
+  Delivery deliver;
+
+ private:
+  struct Stream final : FileEventStream {
+    explicit Stream(ManualFileEvents& events) : owner(events) {}
+    ~Stream() override { --owner.streams; }
+    void flushSync() override { ++owner.flushes; }
+    void flushAsync() override { ++owner.flushes; }
+    std::string description() const override { return "manual"; }
+    ManualFileEvents& owner;
+  };
+};
+
 struct NoPowerManagement final : PowerManagement {
   std::optional<AssertionsByProcess> assertionsByProcess() override { return {}; }
 };
@@ -239,6 +267,7 @@ struct FakePlatform {
   MemoryDefaultsDatabase defaults;
   NoChildProcesses childProcesses;
   NoFiles files;
+  ManualFileEvents fileEvents;
   NoPowerManagement powerManagement;
   NoUserNotifications userNotifications;
   NoTimeEntryEditors timeEntryEditors;
@@ -253,6 +282,7 @@ struct FakePlatform {
                     .defaults = defaults,
                     .childProcesses = childProcesses,
                     .files = files,
+                    .fileEvents = fileEvents,
                     .powerManagement = powerManagement,
                     .userNotifications = userNotifications,
                     .timeEntryEditors = timeEntryEditors,

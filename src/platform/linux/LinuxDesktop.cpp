@@ -7,6 +7,7 @@
 #include "platform/linux/LinuxAccessibility.h"
 #include "platform/linux/LinuxChildProcesses.h"
 #include "platform/linux/LinuxDirectories.h"
+#include "platform/linux/LinuxFileEvents.h"
 #include "platform/linux/LinuxFiles.h"
 #include "platform/linux/LinuxPowerManagement.h"
 #include "platform/linux/LinuxRunLoop.h"
@@ -50,6 +51,7 @@ class LinuxDesktop final : public Desktop {
   PlistUserDefaultsDatabase defaults_;
   LinuxChildProcesses childProcesses_;
   LinuxFiles files_;
+  LinuxFileEvents fileEvents_;
   LinuxPowerManagement powerManagement_;
   LinuxUserNotifications userNotifications_;
   LinuxTimeEntryEditors timeEntryEditors_;
@@ -77,6 +79,7 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
                 defaults_,
                 childProcesses_,
                 files_,
+                fileEvents_,
                 powerManagement_,
                 userNotifications_,
                 timeEntryEditors_,

@@ -50,6 +50,7 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
                 defaults_,
                 childProcesses_,
                 files_,
+                fileEvents_,
                 powerManagement_,
                 userNotifications_,
                 timeEntryEditors_,
@@ -75,6 +76,9 @@ std::vector<SceneRunLoop::ScriptedEvent> SceneDesktop::scriptedEvents() {
 void SceneDesktop::perform(const SceneStep& step) {
   applyStep(state_, step.event);
   if (std::holds_alternative<RequestTerminationStep>(step.event)) runLoop_.requestTermination();
+  if (const auto* delivery = std::get_if<FileEventsStep>(&step.event)) {
+    fileEvents_.deliver(delivery->events);
+  }
   if (const auto* response = std::get_if<NotificationResponseStep>(&step.event)) {
     userNotifications_.respond(*response);
   }

@@ -14,6 +14,7 @@
 #include "platform/scene/SceneChildProcesses.h"
 #include "platform/scene/SceneClock.h"
 #include "platform/scene/SceneDataDirectory.h"
+#include "platform/scene/SceneFileEvents.h"
 #include "platform/scene/SceneFiles.h"
 #include "platform/scene/ScenePowerManagement.h"
 #include "platform/scene/SceneRunLoop.h"
@@ -57,6 +58,7 @@ class SceneDesktop final : public Desktop {
   SceneUserDefaultsDatabase defaults_;
   SceneChildProcesses childProcesses_;
   SceneFiles files_;
+  SceneFileEvents fileEvents_;
   ScenePowerManagement powerManagement_;
   SceneUserNotifications userNotifications_;
   SceneTimeEntryEditors timeEntryEditors_;

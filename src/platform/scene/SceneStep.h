@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "platform/FileEvents.h"
 #include "platform/scene/SceneState.h"
 
 namespace kestro {
@@ -60,6 +61,10 @@ struct RemoveFileStep {
 struct AssertionsStep {
   SceneAssertions assertions;
 };
+// One delivery of the file-system event stream.
+struct FileEventsStep {
+  std::vector<FileEvent> events;
+};
 struct NotificationResponseStep {
   std::string action;  // an action's identifier, "default" for a click, "dismiss"
   // Instead of the newest notification's.
@@ -82,7 +87,8 @@ struct RestartStep {
 using SceneEvent =
     std::variant<SetStep, FrontmostStep, WindowsStep, LaunchStep, QuitStep, SystemStep, ProductStep,
                  PreferencesStep, SuitesStep, WriteFileStep, RemoveFileStep, AssertionsStep,
-                 NotificationResponseStep, EditorStep, RequestTerminationStep, RestartStep>;
+                 FileEventsStep, NotificationResponseStep, EditorStep, RequestTerminationStep,
+                 RestartStep>;
 
 struct SceneStep {
   Seconds at{0};  // after the start of the scene

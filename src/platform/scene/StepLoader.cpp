@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <limits>
 
 #include "platform/scene/DesktopLoader.h"
 #include "platform/scene/PropertyListLoader.h"
@@ -16,8 +17,8 @@ constexpr double latestTime = 1e8;
 
 // Verbs of the format for parts of the program that do not exist yet.
 constexpr auto laterVerbs = std::to_array<std::string_view>(
-    {"fileEvents", "watcher", "openMenu", "closeMenu", "click", "shortcut", "answerAlert",
-     "pauseCommand", "resumeCommand", "openURL", "relaunch", "post", "themeChanged", "spaceChanged",
+    {"watcher", "openMenu", "closeMenu", "click", "shortcut", "answerAlert", "pauseCommand",
+     "resumeCommand", "openURL", "relaunch", "post", "themeChanged", "spaceChanged",
      "appearanceChanged", "flushFinished", "sync"});
 
 struct TimedStep {
@@ -106,6 +107,7 @@ const std::vector<StepLoader::NamedVerb>& StepLoader::verbs() {
       {"writeFile", &StepLoader::loadWriteFile},
       {"removeFile", &StepLoader::loadRemoveFile},
       {"assertions", &StepLoader::loadAssertionLists},
+      {"fileEvents", &StepLoader::loadFileEvents},
       {"notificationResponse", &StepLoader::loadNotificationResponse},
       {"editor", &StepLoader::loadEditor},
       {"requestTermination", &StepLoader::loadRequestTermination},
@@ -205,6 +207,24 @@ SceneEvent StepLoader::loadRemoveFile(const JsonNode& node) {
 
 SceneEvent StepLoader::loadAssertionLists(const JsonNode& node) {
   return AssertionsStep{loadAssertions(node)};
+}
+
+SceneEvent StepLoader::loadFileEvents(const JsonNode& node) {
+  constexpr std::int64_t greatest = std::numeric_limits<std::int64_t>::max();
+  FileEventsStep step;
+  node.forEachItem([&](const JsonNode& item) {
+    item.expectKeys({"path", "flags", "id"});
+    FileEvent event{item.member("path").text(), 0, 0};
+    if (const auto flags = item.find("flags")) {
+      event.flags =
+          static_cast<std::uint32_t>(flags->integer(0, std::numeric_limits<std::uint32_t>::max()));
+    }
+    if (const auto identifier = item.find("id")) {
+      event.identifier = static_cast<std::uint64_t>(identifier->integer(0, greatest));
+    }
+    step.events.push_back(std::move(event));
+  });
+  return step;
 }
 
 SceneEvent StepLoader::loadNotificationResponse(const JsonNode& node) {
