@@ -139,6 +139,19 @@ std::optional<AccessibilityElement> firstMatching(const Predicate& predicate,
   return found == list.end() ? std::nullopt : std::optional(*found);
 }
 
+AccessibilityElements ancestorsUpTo(const AccessibilityElement& top,
+                                    const AccessibilityElement& element) {
+  constexpr std::size_t mostAncestors = 12;
+  AccessibilityElements ancestors;
+  std::optional<AccessibilityElement> ancestor = element;
+  while (*ancestor != top && ancestors.size() < mostAncestors) {
+    ancestor = ancestor->parent();
+    if (!ancestor) break;
+    ancestors.push_back(*ancestor);
+  }
+  return ancestors;
+}
+
 AccessibilityElements allWithRole(std::string_view role, const AccessibilityElements& list) {
   AccessibilityElements matching;
   std::ranges::copy_if(list, std::back_inserter(matching), hasRole(role));

@@ -112,6 +112,11 @@ AccessibilityElements accessibilityWindows(Process& process, const Activity& act
 // The children of each element in turn.
 AccessibilityElements childrenOfAll(const AccessibilityElements& elements);
 
+// The elements around this one, the nearest first, up to `top` and with it; twelve at most. One
+// request for each.
+AccessibilityElements ancestorsUpTo(const AccessibilityElement& top,
+                                    const AccessibilityElement& element);
+
 // Filters. An element whose attribute cannot be read does not match.
 std::optional<AccessibilityElement> firstMatching(const AccessibilityElement::Predicate& predicate,
                                                   const AccessibilityElements& list);

@@ -30,6 +30,7 @@ inline constexpr std::string_view subrole = "AXSubrole";
 inline constexpr std::string_view title = "AXTitle";
 inline constexpr std::string_view url = "AXURL";
 inline constexpr std::string_view value = "AXValue";
+inline constexpr std::string_view window = "AXWindow";
 inline constexpr std::string_view windows = "AXWindows";
 
 }  // namespace kestro::attribute

@@ -2,10 +2,15 @@
 #include "extractors/AdobeProjectPathInfoExtractor.h"
 #include "extractors/AmazonChimeInfoExtractor.h"
 #include "extractors/CatalystInfoExtractor.h"
+#include "extractors/ChatGPTInfoExtractor.h"
 #include "extractors/ChromeProfileInfoExtractor.h"
+#include "extractors/ClaudeInfoExtractor.h"
+#include "extractors/CodexInfoExtractor.h"
+#include "extractors/CursorInfoExtractor.h"
 #include "extractors/DiaInfoExtractor.h"
 #include "extractors/DiscordInfoExtractor.h"
 #include "extractors/FirefoxInfoExtractor.h"
+#include "extractors/GitHubDesktopInfoExtractor.h"
 #include "extractors/LogicProInfoExtractor.h"
 #include "extractors/MailWritingInfoExtractor.h"
 #include "extractors/MicrosoftTeamsInfoExtractor.h"
@@ -29,11 +34,6 @@ namespace {
 constexpr auto finalCut = placeholderFor("FinalCutInfoExtractor");
 constexpr auto chatGPTAtlas = placeholderFor("ChatGPTAtlasInfoExtractor");
 constexpr auto notion = placeholderFor("NotionInfoExtractor");
-constexpr auto gitHubDesktop = placeholderFor("GitHubDesktopInfoExtractor");
-constexpr auto chatGPT = placeholderFor("ChatGPTInfoExtractor");
-constexpr auto codex = placeholderFor("CodexInfoExtractor");
-constexpr auto cursor = placeholderFor("CursorInfoExtractor");
-constexpr auto claude = placeholderFor("ClaudeInfoExtractor");
 
 struct Row {
   const ExtractorClass* extractorClass;
@@ -72,13 +72,13 @@ std::vector<Row> registryTable() {
       {&extractorClass<MicrosoftTeamsInfoExtractor>,
        {"com.microsoft.teams", "com.microsoft.teams2"}},
       {&extractorClass<NewOutlookInfoExtractor>, {"com.microsoft.Outlook"}},
-      {&gitHubDesktop, {"com.github.GitHubClient"}},
+      {&extractorClass<GitHubDesktopInfoExtractor>, {"com.github.GitHubClient"}},
       {&extractorClass<SparkInfoExtractor>,
        {"com.readdle.SparkDesktop", "com.readdle.SparkDesktop.appstore"}},
-      {&chatGPT, {"com.openai.chat"}},
-      {&codex, {"com.openai.codex"}},
-      {&cursor, {"com.todesktop.230313mzl4w4u92"}},
-      {&claude, {"com.anthropic.claudefordesktop"}},
+      {&extractorClass<ChatGPTInfoExtractor>, {"com.openai.chat"}},
+      {&extractorClass<CodexInfoExtractor>, {"com.openai.codex"}},
+      {&extractorClass<CursorInfoExtractor>, {"com.todesktop.230313mzl4w4u92"}},
+      {&extractorClass<ClaudeInfoExtractor>, {"com.anthropic.claudefordesktop"}},
       {&extractorClass<MimestreamInfoExtractor>, {"com.mimestream.Mimestream"}},
       {&extractorClass<LogicProInfoExtractor>, {"com.apple.logic10"}},
       {&extractorClass<WebAreaTitleInfoExtractor>,

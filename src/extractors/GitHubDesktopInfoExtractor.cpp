@@ -1,0 +1,72 @@
+#include "extractors/GitHubDesktopInfoExtractor.h"
+
+#include <algorithm>
+#include <array>
+
+#include "extractors/EnhancedAccessibility.h"
+#include "extractors/StaticTexts.h"
+#include "extractors/WebAreas.h"
+
+namespace kestro {
+namespace {
+
+std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& webArea) {
+  constexpr int groupLevels = 3;
+  std::optional<AccessibilityElement> element = webArea;
+  for (int level = 0; element && level < groupLevels; ++level) {
+    element = firstWithRole(role::group, element->children());
+  }
+  if (element) element = firstWithDOMIdentifier("desktop-app-contents", element->children());
+  if (element) element = firstWithDOMIdentifier("desktop-app-toolbar", element->children());
+  return element;
+}
+
+// Repository, then branch; a button further on names neither.
+std::vector<std::string> namesIn(const AccessibilityElement& toolbar) {
+  constexpr std::size_t mostNames = 2;
+  constexpr int textDepth = 8;
+  std::vector<std::string> names;
+  for (const AccessibilityElement& button : toolbar.children()) {
+    if (names.size() == mostNames) break;
+    if (!button.hasDOMClass("toolbar-button")) continue;
+    if (auto name = gitHubDesktopName(staticTexts(button, textDepth))) {
+      names.push_back(std::move(*name));
+    }
+  }
+  return names;
+}
+
+std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
+  for (const AccessibilityElement& webArea : webAreas(window, nullptr)) {
+    const auto toolbar = toolbarOf(webArea);
+    auto path = toolbar ? namesIn(*toolbar) : std::vector<std::string>();
+    if (!path.empty()) return path;
+  }
+  return {};
+}
+
+// The button of the remote is labelled with what it would do or does.
+bool isActionLabel(std::string_view label) {
+  constexpr std::array<std::string_view, 5> verbs{"Fetch", "Pull", "Push", "Publish", "Force push"};
+  return std::ranges::any_of(verbs, [&](std::string_view verb) { return label.starts_with(verb); });
+}
+
+}  // namespace
+
+std::optional<std::string> gitHubDesktopName(const std::vector<std::string>& buttonTexts) {
+  if (buttonTexts.empty()) return std::nullopt;
+  if (buttonTexts.size() == 1) return buttonTexts.front();
+  return isActionLabel(buttonTexts.front()) ? std::nullopt : std::optional(buttonTexts[1]);
+}
+
+void GitHubDesktopInfoExtractor::writeDetailsForActivity(Activity& activity) {
+  enableEnhancedAccessibility(process_, activity);
+  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+    auto path = contextPathOf(window);
+    if (path.empty()) continue;
+    activity.details.contextPath = std::move(path);
+    return;
+  }
+}
+
+}  // namespace kestro

@@ -1,0 +1,28 @@
+#include "extractors/StaticTexts.h"
+
+namespace kestro {
+
+std::vector<std::string> staticTexts(const AccessibilityElement& element, std::int64_t maxDepth) {
+  constexpr std::size_t mostRead = 20;
+  const auto elements = element.descendantsWith({{attribute::role, std::string(role::staticText)}},
+                                                maxDepth, mostRead);
+  std::vector<std::string> texts;
+  for (const AccessibilityElement& text : elements) {
+    if (auto value = text.nonEmptyString(attribute::value)) texts.push_back(std::move(*value));
+  }
+  return texts;
+}
+
+std::optional<std::string> lineOf(const std::vector<std::string>& pieces) {
+  std::string line;
+  for (const std::string& piece : pieces) {
+    const bool hasBlank = line.empty() || line.ends_with(' ') || piece.starts_with(' ');
+    if (!hasBlank) line += ' ';
+    line += piece;
+  }
+  const auto first = line.find_first_not_of(' ');
+  if (first == std::string::npos) return std::nullopt;
+  return line.substr(first, line.find_last_not_of(' ') - first + 1);
+}
+
+}  // namespace kestro

@@ -1,0 +1,22 @@
+// The static texts of a part of a page, which a web engine may cut into pieces.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "extractors/AccessibilityElement.h"
+
+namespace kestro {
+
+// The non-empty values of the first twenty static texts among the element and its descendants down
+// to `maxDepth` levels below it, in pre-order. One request and one for each text, where the
+// platform searches for itself.
+std::vector<std::string> staticTexts(const AccessibilityElement& element, std::int64_t maxDepth);
+
+// The pieces of one line as a line: a blank where neither side of a joint has one. Absent for a
+// line of nothing or of blanks.
+std::optional<std::string> lineOf(const std::vector<std::string>& pieces);
+
+}  // namespace kestro
