@@ -8,7 +8,11 @@ namespace kestro {
 namespace {
 
 AtspiTraits traits(std::uint64_t states, std::string xmlRoles, bool isTopLevel) {
-  return {AtspiStates(states), std::move(xmlRoles), isTopLevel};
+  return {AtspiStates(states), std::move(xmlRoles), "", "", isTopLevel};
+}
+
+AtspiTraits markup(std::string tag, std::string xmlRoles = "", std::string hasPopup = "") {
+  return {{}, std::move(xmlRoles), std::move(tag), std::move(hasPopup), false};
 }
 
 constexpr std::uint64_t bit(AtspiState state) {
@@ -40,6 +44,25 @@ TEST(AtspiMapping, RolesAndSubroles) {
       {90, {}, "AXRow AXTableRow"},
       {91, {}, "AXRow AXOutlineRow"},
       {94, {}, "AXTextArea -"},
+      // Elements of web pages, and their namesakes in other applications.
+      {39, markup("div", "group"), "AXGroup AXApplicationGroup"},
+      {39, markup("fieldset"), "AXGroup AXApplicationGroup"},
+      {39, {}, "AXGroup -"},
+      {78, markup("body", "application"), "AXGroup AXWebApplication"},
+      {71, markup("header"), "AXGroup AXSectionHeader"},
+      {49, markup("div", "tabpanel"), "AXGroup AXTabPanel"},
+      {49, {}, "AXScrollArea -"},
+      {82, markup("div", "document"), "AXGroup AXDocument"},
+      {82, {}, "AXWebArea -"},
+      {29, markup("label"), "AXGroup -"},
+      {29, {}, "AXStaticText -"},
+      {43, markup("button", "", "menu"), "AXPopUpButton -"},
+      {43, markup("button", "", "false"), "AXButton -"},
+      {43, markup("", "", "menu"), "AXButton -"},
+      {62, markup("button"), "AXCheckBox AXToggleButton"},
+      {62, markup("div", "switch"), "AXCheckBox AXSwitch"},
+      {62, markup("summary"), "AXButton AXToggle"},
+      {109, markup("article"), "AXGroup AXDocumentArticle"},
       {4711, {}, "AXUnknown -"},
   };
   for (const Case& each : cases) {

@@ -157,11 +157,16 @@ AccessibilityResult<AttributeValue> ElementAttributes::isMain(const AtspiElement
   return AttributeValue(*main.value == element.object());
 }
 
-// The page of a browser's window. Applications that edit files do not tell which.
+// The page of a browser's window. Applications that edit files do not tell which, and the page of a
+// web-view application is the application itself.
 AccessibilityResult<AttributeValue> ElementAttributes::document(const AtspiElement& element) {
   const auto role = reader_.role(element.object());
   if (!role.value) return role.error;
   if (*role.value != AtspiRole::frame) return AccessibilityError::attributeUnsupported;
+  const auto window = windows_.windowOf(element.object(), element.process());
+  if (window && !identity_.isBrowser(element.process(), *window)) {
+    return AccessibilityError::noValue;
+  }
   const auto page = reader_.activeDocument(element.object());
   if (!page.value) return page.error;
   const auto address = pageAddress(*page.value);

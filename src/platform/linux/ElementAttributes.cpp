@@ -28,6 +28,11 @@ AttributeValue::List split(std::string_view text) {
   return words;
 }
 
+std::string textOf(const AtspiAttributes& attributes, std::string_view name) {
+  const auto found = attributes.find(name);
+  return found == attributes.end() ? std::string() : found->second;
+}
+
 }  // namespace
 
 const ElementAttributes::Row ElementAttributes::rows[]{
@@ -127,11 +132,16 @@ AccessibilityResult<AtspiTraits> ElementAttributes::traits(const AtspiElement& e
     if (!states.value) return states.error;
     traits.states = *states.value;
   }
-  if (needsAttributes && subroleDependsOnAttributes(role)) {
+  const bool readsAttributes =
+      needsAttributes ? subroleDependsOnAttributes(role)
+                      : roleDependsOnAttributes(role) &&
+                            applications_.toolkit(element.object()) == AtspiToolkit::chromium;
+  if (readsAttributes) {
     const auto attributes = reader_.attributes(element.object());
     if (!attributes.value) return attributes.error;
-    const auto found = attributes.value->find("xml-roles");
-    if (found != attributes.value->end()) traits.xmlRoles = found->second;
+    traits.xmlRoles = textOf(*attributes.value, "xml-roles");
+    traits.tag = textOf(*attributes.value, "tag");
+    traits.hasPopup = textOf(*attributes.value, "haspopup");
   }
   return traits;
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/Accessibility.h"
+#include "platform/linux/ApplicationIdentity.h"
 #include "platform/linux/AtspiElement.h"
 #include "platform/linux/AtspiRoles.h"
 #include "platform/linux/AtspiWindows.h"
@@ -15,8 +16,9 @@ namespace kestro {
 
 class ElementAttributes {
  public:
-  ElementAttributes(AtspiWindows& windows, AtspiApplications& applications, AtspiReader& reader)
-      : windows_(windows), applications_(applications), reader_(reader) {}
+  ElementAttributes(AtspiWindows& windows, AtspiApplications& applications, AtspiReader& reader,
+                    ApplicationIdentity& identity)
+      : windows_(windows), applications_(applications), reader_(reader), identity_(identity) {}
 
   // Of elements that are objects or a page's scroll area; attributeUnsupported for names that are
   // none of theirs.
@@ -80,6 +82,7 @@ class ElementAttributes {
   AtspiWindows& windows_;
   AtspiApplications& applications_;
   AtspiReader& reader_;
+  ApplicationIdentity& identity_;
   std::map<AtspiObject, std::string> viewClasses_;  // a view's class never changes
   std::uint64_t viewClassesOf_ = 0;
 };
