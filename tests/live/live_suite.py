@@ -8,26 +8,12 @@ import unittest
 
 import processes
 from helper import Helper
+from live_test import LiveTest
 from processes import press, run, wait_until
-
-# The helper's own bound on a request to another application, and some for a busy machine.
-LONGEST_SAMPLE = 2.0 + 1.5
-SAMPLING_INTERVAL = 1.0
+from web_applications import WebApplicationTest
 
 
-class LiveTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.helper = Helper()
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.helper.program.end()
-
-    def start(self, program):
-        self.addCleanup(program.end)
-        return program
-
+class MousepadTest(LiveTest):
     def write_note(self, name):
         path = pathlib.Path(os.environ["HOME"]) / name
         path.write_text("A note.\n")
@@ -40,13 +26,8 @@ class LiveTest(unittest.TestCase):
             lambda each: name in each.get("windowTitle", "") and each.get("accessibilityWindows"))
         return program, sample
 
-    def check_that_samples_keep_coming(self, after, count=3):
-        times = [after] + [sample["t"] for sample in self.helper.wait_for_samples(count, after)]
-        gaps = [later - earlier for earlier, later in zip(times, times[1:])]
-        self.assertLess(max(gaps), LONGEST_SAMPLE + SAMPLING_INTERVAL, times)
 
-
-class EditorTest(LiveTest):
+class EditorTest(MousepadTest):
     def test_title_and_identity(self):
         _, sample = self.start_mousepad("title.txt")
         self.assertEqual(sample["applicationBundleIdentifier"], "org.xfce.mousepad")
@@ -180,7 +161,7 @@ class BrowserTest(LiveTest):
         self.assertEqual(sample["applicationBundleIdentifier"], "org.mozilla.firefox")
 
 
-class LossTest(LiveTest):
+class LossTest(MousepadTest):
     """What the desktop loses, one part after the other: each test leaves it poorer."""
 
     def test_1_accessibility_bus_comes_back(self):
@@ -221,7 +202,7 @@ class LossTest(LiveTest):
 
 
 def load_tests(loader, _, __):
-    order = [EditorTest, QtTest, BrowserTest, LossTest]
+    order = [EditorTest, QtTest, BrowserTest, WebApplicationTest, LossTest]
     return unittest.TestSuite(loader.loadTestsFromTestCase(case) for case in order)
 
 

@@ -54,15 +54,21 @@ def qt_application(title):
     return Program(sys.executable, HERE / "qt_application.py", title)
 
 
-def chromium(address, *switches):
+def chromium(*arguments, user_data=None):
+    """A browser of its own, with an address among its arguments."""
+    user_data = user_data or tempfile.mkdtemp(dir=os.environ["HOME"])
     return Program(
         "chromium",
         # Its own sandbox refuses to run as root; the desktop is private and off the network.
         "--no-sandbox", "--test-type", "--no-first-run", "--disable-gpu", "--disable-quic",
         "--disable-background-networking", "--disable-component-update", "--disable-sync",
-        "--password-store=basic", f"--user-data-dir={tempfile.mkdtemp(dir=os.environ['HOME'])}",
-        *switches, address,
+        "--password-store=basic", f"--user-data-dir={user_data}", *arguments,
     )
+
+
+def chromium_application(address, window_class):
+    """A window without the browser's controls, of the given class."""
+    return chromium(f"--app={address}", f"--class={window_class}")
 
 
 FIREFOX_PREFERENCES = """
