@@ -145,11 +145,32 @@ class BrowserTest(LiveTest):
         self.helper.check_running()
 
     def test_chromium_incognito(self):
-        self.start(processes.chromium(self.pages.address + "/index.html", "--incognito"))
+        self.start(processes.chromium("--incognito", self.pages.address + "/index.html"))
+        self.check_private_window({"documentTitle": None})
+
+    def check_private_window(self, fields):
+        expected = {"documentPath": self.pages.address + "/index.html", **fields}
         self.helper.wait_for_activity(
-            "a private window",
-            lambda each: "First page" in each.get("windowTitle", "")
-            and each["isPrivateBrowsing"])
+            f"a private window with {expected}",
+            lambda each: each.get("windowTitle", "").startswith("First page")
+            and each["isPrivateBrowsing"]
+            and {field: each.get(field) for field in expected} == expected, seconds=40)
+
+    def start_profile(self, user_data, directory, name):
+        """The title with the profile's name, which stands in it once."""
+        browser = self.start(processes.chromium(
+            f"--profile-directory={directory}", self.pages.address + "/index.html",
+            user_data=user_data))
+        title = f"First page - Chromium - {name}"
+        self.helper.wait_for_activity(
+            title, lambda each: each.get("windowTitle") == title
+            and each["isPrivateBrowsing"] is False, seconds=40)
+        return browser
+
+    def test_chromium_profiles(self):
+        user_data = processes.chromium_profiles("Harbour office", "Pier")
+        self.start_profile(user_data, "Profile 1", "Pier").end()
+        self.start_profile(user_data, "Default", "Harbour office")
 
     def test_frame(self):
         self.start(processes.chromium(self.pages.address + "/framed.html"))
@@ -159,6 +180,11 @@ class BrowserTest(LiveTest):
         self.start(processes.firefox(self.pages.address + "/index.html"))
         sample = self.check_navigation()
         self.assertEqual(sample["applicationBundleIdentifier"], "org.mozilla.firefox")
+        self.assertFalse(sample["isPrivateBrowsing"])
+
+    def test_firefox_private(self):
+        self.start(processes.firefox("--private-window", self.pages.address + "/index.html"))
+        self.check_private_window({"documentTitle": "First page"})
 
 
 class LossTest(MousepadTest):

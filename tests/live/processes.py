@@ -1,6 +1,7 @@
 """Starts programs on the private desktop and ends them, each with its whole process group."""
 
 import http.server
+import json
 import os
 import pathlib
 import signal
@@ -66,6 +67,20 @@ def chromium(*arguments, user_data=None):
     )
 
 
+def chromium_profiles(first, second):
+    """A directory of user data with two profiles of these names, of which the second was used last;
+    its directory is "Profile 1"."""
+    directory = pathlib.Path(tempfile.mkdtemp(dir=os.environ["HOME"]))
+    names = {"Default": first, "Profile 1": second}
+    for profile in names:
+        (directory / profile).mkdir()
+    profiles = {profile: {"name": name, "is_using_default_name": False}
+                for profile, name in names.items()}
+    (directory / "Local State").write_text(json.dumps(
+        {"profile": {"info_cache": profiles, "last_used": "Profile 1", "profiles_created": 2}}))
+    return directory
+
+
 def chromium_application(address, window_class):
     """A window without the browser's controls, of the given class."""
     return chromium(f"--app={address}", f"--class={window_class}")
@@ -80,10 +95,10 @@ user_pref("termsofuse.bypassNotification", true);
 """
 
 
-def firefox(address):
+def firefox(*arguments):
     profile = pathlib.Path(tempfile.mkdtemp(dir=os.environ["HOME"]))
     (profile / "user.js").write_text(FIREFOX_PREFERENCES)
-    return Program("firefox-esr", "--no-remote", "--profile", profile, address)
+    return Program("firefox-esr", "--no-remote", "--profile", profile, *arguments)
 
 
 def run(*command):

@@ -2,6 +2,7 @@
 
 #include "platform/linux/AtspiConnection.h"
 #include "platform/linux/AtspiRoles.h"
+#include "platform/linux/EmbeddedTexts.h"
 #include "platform/linux/WindowMatching.h"
 
 namespace kestro {
@@ -92,6 +93,27 @@ TEST(AtspiMapping, ErrorsOfTheBus) {
   for (const Case& each : cases) {
     EXPECT_EQ(accessibilityError(each.result, each.name), each.expected)
         << (each.name ? each.name : "no name");
+  }
+}
+
+TEST(EmbeddedTexts, StandWhereTheirMarksAre) {
+  struct Case {
+    const char* text;
+    std::vector<EmbeddedText> embedded;
+    const char* expected;
+  };
+  const Case cases[]{
+      {"plain\n", {}, "plain"},
+      {"\uFFFC\uFFFC",
+       {{"Dear Mara,", true}, {"the lights are on.", true}},
+       "Dear Mara,\nthe lights are on."},
+      {"\uFFFC\uFFFC", {{"one\n", true}, {"", true}}, "one"},
+      {"before\uFFFCafter", {{"block", true}}, "before\nblock\nafter"},
+      {"see \uFFFC there", {{"the link", false}}, "see the link there"},
+      {"a\uFFFCb\uFFFC", {{"1", false}}, "a1b"},
+  };
+  for (const Case& each : cases) {
+    EXPECT_EQ(withEmbeddedTexts(each.text, each.embedded), each.expected) << each.text;
   }
 }
 

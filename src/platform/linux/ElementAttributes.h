@@ -74,7 +74,14 @@ class ElementAttributes {
   Result objectAttribute(const AtspiElement& element, std::string_view name);
   Result valueOfRole(const AtspiElement& element, AtspiRole role);
   bool isNamedByDescription(const AtspiElement& element);
+  struct Origin {
+    std::string className;
+    bool isPage = false;  // of a page, not of the browser's own controls
+  };
+  std::optional<Origin> chromiumOrigin(const AtspiObject& object);
+  bool isOfChromiumPage(const AtspiObject& object);
   std::string viewClass(const AtspiObject& object);
+  AccessibilityResult<std::string> wholeText(const AtspiObject& object, int& elementsLeft);
   AccessibilityResult<std::string> pageAddress(const AtspiObject& document);
   AccessibilityResult<Rect> bounds(const AtspiElement& element);
   Result elements(const AtspiElement& owner, const std::vector<AtspiObject>& objects) const;
@@ -83,8 +90,8 @@ class ElementAttributes {
   AtspiApplications& applications_;
   AtspiReader& reader_;
   ApplicationIdentity& identity_;
-  std::map<AtspiObject, std::string> viewClasses_;  // a view's class never changes
-  std::uint64_t viewClassesOf_ = 0;
+  std::map<AtspiObject, Origin> origins_;  // never change
+  std::uint64_t originsOf_ = 0;
 };
 
 }  // namespace kestro
