@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "SceneProcess.h"
+#include "calls/RunningCallDetector.h"
 #include "platform/Accessibility.h"
 #include "probe/KSInfoExtractor.h"
 
@@ -44,6 +45,26 @@ void sample(benchmark::State& state, const std::string& bundleIdentifier, int no
                          benchmark::Counter::kAvgIterations);
 }
 
+// A detection step on a desktop where so many assertions are held, two of them by a call.
+void detectionStep(benchmark::State& state) {
+  std::string assertions;
+  for (int number = 0; number < state.range(0); ++number) {
+    assertions += fmt::format(
+        R"({}{{"AssertLevel": 255, "AssertType": "PreventUserIdleSystemSleep", "AssertName": "Assertion {}", "AssertionOnBehalfOfPID": {}, "ResourcesUsed": ["{}"]}})",
+        number ? "," : "", number, number < 2 ? 10 : 1000 + number,
+        number % 2 ? "audio-in" : "audio-out");
+  }
+  SceneProcess scene(fmt::format(
+      R"({{"applications": [{{"pid": 10, "bundleIdentifier": "us.zoom.xos", "name": "Zoom"}}], "assertions": {{"70": [{}]}}}})",
+      assertions));
+  auto& detector = RunningCallDetector::sharedInstance(scene.process());
+  scene.process().shared<InfoLogger>().setShouldTrack(true);
+  const Activity activity(RunningApplication{}, ActivityDetails{});
+  for (auto _ : state)
+    detector.updateCallStatusForActivity(activity);
+}
+
+BENCHMARK(detectionStep)->Arg(0)->Arg(10)->Arg(500);
 BENCHMARK_CAPTURE(sample, small_tree, "com.example.editor", 30);
 BENCHMARK_CAPTURE(sample, page_of_5000_nodes, "com.example.editor", 5000);
 BENCHMARK_CAPTURE(sample, web_area_of_5000_nodes, "com.stack-beta.io", 5000);

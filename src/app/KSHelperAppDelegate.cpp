@@ -1,5 +1,6 @@
 #include "app/KSHelperAppDelegate.h"
 
+#include "calls/RunningCallDetector.h"
 #include "platform/RunLoop.h"
 #include "platform/Transcript.h"
 #include "probe/KSInfoExtractor.h"
@@ -33,6 +34,7 @@ KSHelperAppDelegate::KSHelperAppDelegate(Process& process)
     : process_(process), probe_(process.shared<KSInfoExtractor>()) {}
 
 KSHelperAppDelegate::~KSHelperAppDelegate() {
+  process_.shared<InfoLogger>().setCallDetector(nullptr);
   process_.shared<InfoLogger>().setInfoExtractor(nullptr);
   process_.platform().runLoop.setTerminationHandler(nullptr);
 }
@@ -41,6 +43,7 @@ void KSHelperAppDelegate::awakeFromNib() {
   process_.platform().runLoop.setTerminationHandler([this] { applicationShouldTerminate(); });
   auto& infoLogger = process_.shared<InfoLogger>();
   infoLogger.setInfoExtractor(this);
+  infoLogger.setCallDetector(&RunningCallDetector::sharedInstance(process_));
   infoLogger.setShouldTrack(true);
 }
 

@@ -10,6 +10,7 @@ inline constexpr std::string_view children = "AXChildren";
 inline constexpr std::string_view childrenInNavigationOrder = "AXChildrenInNavigationOrder";
 inline constexpr std::string_view contents = "AXContents";
 inline constexpr std::string_view description = "AXDescription";
+inline constexpr std::string_view disclosedByRow = "AXDisclosedByRow";
 inline constexpr std::string_view document = "AXDocument";
 inline constexpr std::string_view domClassList = "AXDOMClassList";
 inline constexpr std::string_view domIdentifier = "AXDOMIdentifier";

@@ -15,6 +15,14 @@ std::vector<std::string> titleParts(std::string_view title, std::string_view sep
   return parts;
 }
 
+std::string withoutEvery(std::string text, std::string_view part) {
+  for (auto position = text.find(part); position != std::string::npos;
+       position = text.find(part, position)) {
+    text.erase(position, part.size());
+  }
+  return text;
+}
+
 std::string joined(const std::vector<std::string>& parts, std::string_view separator) {
   return fmt::format("{}", fmt::join(parts, separator));
 }

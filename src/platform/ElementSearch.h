@@ -11,7 +11,8 @@
 
 namespace kestro {
 
-// Holds where the attribute is this text, or a list of nothing but texts with this one among them.
+// Holds where the attribute is this text, a web address whose absolute form it is, or a list of
+// nothing but texts with this one among them.
 struct ElementCondition {
   std::string_view attribute;
   std::string text;

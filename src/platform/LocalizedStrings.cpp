@@ -1,6 +1,6 @@
 #include "platform/LocalizedStrings.h"
 
-#include <vector>
+#include <algorithm>
 
 #include "platform/Process.h"
 #include "platform/StringsText.h"
@@ -44,11 +44,22 @@ std::string localizedString(Process& process, std::string_view key) {
 }
 
 std::string localizedFormat(Process& process, std::string_view key, std::string_view argument) {
-  constexpr std::string_view placeholder = "%@";
-  std::string text = localizedString(process, key);
-  const auto place = text.find(placeholder);
-  if (place != std::string::npos) text.replace(place, placeholder.size(), argument);
-  return text;
+  return localizedFormat(process, key, std::vector<std::string>{std::string(argument)});
+}
+
+std::string localizedFormat(Process& process, std::string_view key,
+                            const std::vector<std::string>& arguments) {
+  constexpr std::size_t placeSize = 2;
+  const std::string format = localizedString(process, key);
+  std::string text;
+  std::size_t position = 0;
+  for (const std::string& argument : arguments) {
+    const auto place = std::min(format.find("%@", position), format.find("%f", position));
+    if (place == std::string::npos) break;
+    text.append(format, position, place - position).append(argument);
+    position = place + placeSize;
+  }
+  return text.append(format, position);
 }
 
 }  // namespace kestro

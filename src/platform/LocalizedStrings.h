@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kestro {
 
@@ -13,8 +14,11 @@ class Process;
 
 // The text for an English key; the key itself when the table has none.
 std::string localizedString(Process& process, std::string_view key);
-// The same with the argument in the place of the text's first "%@".
+// The same with the arguments in the places of the text's "%@" and "%f", in their order. A place
+// without an argument stays as it is.
 std::string localizedFormat(Process& process, std::string_view key, std::string_view argument);
+std::string localizedFormat(Process& process, std::string_view key,
+                            const std::vector<std::string>& arguments);
 
 struct LocalizedTable {
   std::string_view language;

@@ -1,6 +1,6 @@
 // Everything that the helper may ask of the desktop it runs on. A backend owns the parts; they
-// outlive every process life on that desktop. Later parts (power management, file events, status
-// bar, menus, alerts, notifications) become further members here, each with a header of its own.
+// outlive every process life on that desktop. Later parts (status
+// bar, menus, alerts) become further members here, each with a header of its own.
 #pragma once
 
 #include <filesystem>
@@ -15,11 +15,15 @@ namespace kestro {
 class Accessibility;
 class ChildProcesses;
 class Clock;
+class FileEvents;
 class Files;
+class PowerManagement;
 class RunLoop;
 class SystemLog;
+class TimeEntryEditors;
 class Transcript;
 class UserDefaultsDatabase;
+class UserNotifications;
 class WindowServer;
 class Workspace;
 
@@ -38,12 +42,18 @@ struct Platform {
   UserDefaultsDatabase& defaults;
   ChildProcesses& childProcesses;
   Files& files;
+  FileEvents& fileEvents;
+  PowerManagement& powerManagement;
+  UserNotifications& userNotifications;
+  TimeEntryEditors& timeEntryEditors;
   Clock& clock;
   RunLoop& runLoop;
   SystemLog& log;
   Transcript& transcript;
 
   MainBundle mainBundle;
+  // For people: "Version 15.3.1" or "Debian GNU/Linux 12 (bookworm)".
+  std::string operatingSystemVersion;
   std::vector<std::string> arguments;           // without the executable
   std::vector<std::string> preferredLanguages;  // most preferred first
   std::filesystem::path dataDirectory;          // the product's database and files; exists, private

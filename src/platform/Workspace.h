@@ -20,6 +20,12 @@ struct RunningApplication {
   std::optional<std::string> bundlePath;
 };
 
+// An application on disk. Absent fields: its bundle does not say.
+struct ApplicationBundle {
+  std::optional<std::string> bundleIdentifier;
+  std::optional<std::string> localizedName;
+};
+
 class Workspace {
  public:
   virtual ~Workspace() = default;
@@ -29,6 +35,11 @@ class Workspace {
   // All running applications with exactly this bundle identifier, in the platform's order.
   virtual std::vector<RunningApplication> runningApplications(
       std::string_view bundleIdentifier) = 0;
+
+  // The whole path of the executable of any process of this user; absent when there is none.
+  virtual std::optional<std::string> executablePath(ProcessIdentifier process) = 0;
+  // Absent when there is no bundle.
+  virtual std::optional<ApplicationBundle> bundleAtPath(const std::string& path) = 0;
 
   // Frames of all attached screens, the main screen first, in screen coordinates (origin at the
   // bottom left of the main screen, y upwards).

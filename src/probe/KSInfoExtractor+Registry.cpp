@@ -2,6 +2,7 @@
 #include "extractors/AdobeProjectPathInfoExtractor.h"
 #include "extractors/AmazonChimeInfoExtractor.h"
 #include "extractors/CatalystInfoExtractor.h"
+#include "extractors/ChatGPTAtlasInfoExtractor.h"
 #include "extractors/ChatGPTInfoExtractor.h"
 #include "extractors/ChromeProfileInfoExtractor.h"
 #include "extractors/ClaudeInfoExtractor.h"
@@ -9,6 +10,7 @@
 #include "extractors/CursorInfoExtractor.h"
 #include "extractors/DiaInfoExtractor.h"
 #include "extractors/DiscordInfoExtractor.h"
+#include "extractors/FinalCutInfoExtractor.h"
 #include "extractors/FirefoxInfoExtractor.h"
 #include "extractors/GitHubDesktopInfoExtractor.h"
 #include "extractors/LogicProInfoExtractor.h"
@@ -17,7 +19,7 @@
 #include "extractors/MimestreamInfoExtractor.h"
 #include "extractors/NewOutlookInfoExtractor.h"
 #include "extractors/NotesInfoExtractor.h"
-#include "extractors/PlaceholderInfoExtractor.h"
+#include "extractors/NotionInfoExtractor.h"
 #include "extractors/SafariInfoExtractor.h"
 #include "extractors/SignalInfoExtractor.h"
 #include "extractors/SlackInfoExtractor.h"
@@ -31,10 +33,6 @@
 namespace kestro {
 namespace {
 
-constexpr auto finalCut = placeholderFor("FinalCutInfoExtractor");
-constexpr auto chatGPTAtlas = placeholderFor("ChatGPTAtlasInfoExtractor");
-constexpr auto notion = placeholderFor("NotionInfoExtractor");
-
 struct Row {
   const ExtractorClass* extractorClass;
   std::vector<std::string_view> bundleIdentifiers;
@@ -45,7 +43,7 @@ struct Row {
 // In order of registration: a later entry replaces an earlier one for the same identifier.
 std::vector<Row> registryTable() {
   return {
-      {&finalCut,
+      {&extractorClass<FinalCutInfoExtractor>,
        {"com.apple.FinalCut", "com.apple.FinalCutApp", "com.apple.FinalCutTrial",
         "com.apple.FinalCutPro", "com.apple.FinalCutPro10"}},
       {&extractorClass<FirefoxInfoExtractor>,
@@ -59,7 +57,7 @@ std::vector<Row> registryTable() {
       {&extractorClass<WebAreaURLInfoExtractor>,
        {"org.getstation.DesktopApp", "com.stack-beta.io", "com.shift.browser"},
        "KSInfoExtractor_extraBundleIdentifier_webAreaURL"},
-      {&chatGPTAtlas, {"com.openai.atlas"}},
+      {&extractorClass<ChatGPTAtlasInfoExtractor>, {"com.openai.atlas"}},
       {&extractorClass<MailWritingInfoExtractor>, {"com.apple.mail"}},
       {&extractorClass<NotesInfoExtractor>, {"com.apple.Notes"}},
       {&extractorClass<SlackInfoExtractor>, {"com.tinyspeck.slackmacgap"}},
@@ -68,7 +66,7 @@ std::vector<Row> registryTable() {
       {&extractorClass<WhatsAppInfoExtractor>,
        {"WhatsApp", "desktop.WhatsApp", "net.whatsapp.WhatsApp"}},
       {&extractorClass<SignalInfoExtractor>, {"org.whispersystems.signal-desktop"}},
-      {&notion, {"notion.id"}},
+      {&extractorClass<NotionInfoExtractor>, {"notion.id"}},
       {&extractorClass<MicrosoftTeamsInfoExtractor>,
        {"com.microsoft.teams", "com.microsoft.teams2"}},
       {&extractorClass<NewOutlookInfoExtractor>, {"com.microsoft.Outlook"}},

@@ -16,6 +16,7 @@
 #include <memory>
 
 #include "platform/Clock.h"
+#include "product/TimeEntries.h"
 
 namespace kestro {
 
@@ -32,6 +33,10 @@ class ActivityWriter {
   ActivityWriter(const ActivityWriter&) = delete;
   ActivityWriter& operator=(const ActivityWriter&) = delete;
 
+  const OngoingTaskActivityManager& ongoingTaskActivityManager() const {
+    return taskActivityManager_;
+  }
+
   // One sample, taken at `time`.
   void write(Date time, const Activity& activity);
   // From `time` on nothing is tracked: a sample without an activity, or the end of tracking.
@@ -43,6 +48,7 @@ class ActivityWriter {
  private:
   struct State;
   std::unique_ptr<State> state_;
+  OngoingTaskActivityManager taskActivityManager_;
 };
 
 }  // namespace kestro

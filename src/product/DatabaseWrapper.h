@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 
 namespace SQLite {
@@ -37,6 +38,12 @@ class DatabaseWrapper {
   // old db() must be gone. Throws std::exception when there can be no new one; there is no db()
   // until a later call succeeds.
   void replaceDamaged();
+  // Runs a write in one transaction: now, or with the run loop's next task. False when it failed;
+  // the database is as it was then, and the user is told.
+  using Mutation = std::function<void(SQLite::Database& mutator)>;
+  bool mutateOrPresentError(const Mutation& mutation);
+  void mutateAsynchronouslyOrPresentError(Mutation mutation);
+
   // Null when the product has none.
   ActivityWriter* activityWriter() { return activityWriter_.get(); }
 

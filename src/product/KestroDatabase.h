@@ -6,6 +6,9 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Clock.h"
+#include "product/UserNotificationCenter.h"
+
 namespace kestro {
 
 class Process;
@@ -15,6 +18,20 @@ class ApplicationList {
  public:
   // Bundle identifiers of Chromium-based browsers.
   static const std::set<std::string>& chromeBasedBrowserBundleIDs(Process& process);
+  // Bundle identifiers of web browsers, those among them.
+  static const std::set<std::string>& webBrowsing(Process& process);
+};
+
+// Durations as texts.
+class DurationFormatter {
+ public:
+  enum class Style {
+    // The two largest units: "45 s", "12 min", "1 h", "1 h 5 min"; whole seconds below a minute,
+    // whole
+    // minutes from there on, rounded down. Negative durations count as none.
+    compact = 4,
+  };
+  static std::string format(Seconds duration, Style style);
 };
 
 // The text without characters that shape or order text but show nothing: formatting characters

@@ -6,7 +6,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "platform/Accessibility.h"
+#include "platform/PropertyList.h"
 #include "platform/RegularExpression.h"
 
 namespace kestro {
@@ -17,6 +20,8 @@ class KSHelper {
  public:
   // Whether this process may use the accessibility interface now.
   static bool accessibilityAvailable(Process& process);
+  // The whole path of a process's executable; absent when it cannot be known.
+  static std::optional<std::string> getPathForProcess(Process& process, ProcessIdentifier pid);
 };
 
 // The preferences that the product keeps for its helper.
@@ -28,8 +33,65 @@ class HelperPreferences {
   // user has turned it off.
   bool advancedAccessibilityTrackingEnabled() const;
 
+  // Whether the notification of an ended call plays a sound. False unless the user has turned it
+  // on.
+  bool playSoundWhenMeetingDetected() const;
+  void setPlaySoundWhenMeetingDetected(bool plays) const;
+
+  // As stored: absent where the key is unset or its value cannot count as the type.
+  std::optional<bool> getBool(std::string_view key) const;
+  std::optional<double> getDouble(std::string_view key) const;
+  std::optional<std::string> getString(std::string_view key) const;
+  std::optional<std::vector<std::string>> getStringList(std::string_view key) const;
+  void set(PropertyList object, std::string_view key) const;
+
  private:
   Process& process_;
+};
+
+// One preference of the helper's, with the value that it has when it is unset or of another type.
+// Tells the value as it is now, also when it was changed from outside.
+template <class Value>
+class PreferenceObserver {
+ public:
+  PreferenceObserver(Process& process, std::string key, Value defaultValue)
+      : preferences_(process), key_(std::move(key)), default_(std::move(defaultValue)) {}
+
+  Value value() const;
+  void set(const Value& value) { preferences_.set(value, key_); }
+
+ private:
+  HelperPreferences preferences_;
+  std::string key_;
+  Value default_;
+};
+
+template <>
+inline bool PreferenceObserver<bool>::value() const {
+  return preferences_.getBool(key_).value_or(default_);
+}
+template <>
+inline std::vector<std::string> PreferenceObserver<std::vector<std::string>>::value() const {
+  return preferences_.getStringList(key_).value_or(default_);
+}
+
+// Records of what happens, for the product's makers. They stay on this machine.
+class AnalyticsWrapper {
+ public:
+  enum class SamplingFrequency { always, medium };
+  enum class Flags { none, sensitive };
+
+  static void logEvent(Process& process, std::string_view name, PropertyListDictionary attributes,
+                       SamplingFrequency samplingFrequency, Flags flags);
+  // The number with its first digit only, so that an event does not tell it exactly: 1754 is 2000,
+  // 96 is 100, 0 is 0.
+  static double roundNumberToLogScale(double number);
+};
+
+class Log {
+ public:
+  // One line of the system log.
+  static void warning(Process& process, std::string_view text);
 };
 
 // The first match of the expression in the text.

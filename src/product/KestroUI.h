@@ -15,6 +15,8 @@
 #include "product/Activity.h"
 #include "product/ActivityWriter.h"
 #include "product/DatabaseWrapper.h"
+#include "product/SupportRequests.h"
+#include "product/TimeEntries.h"
 
 namespace kestro {
 
@@ -55,7 +57,18 @@ class InfoLoggerCallDetector {
  public:
   virtual ~InfoLoggerCallDetector() = default;
   virtual void updateCallStatusForActivity(const Activity& activity) = 0;
+  // Whether it wants samples while tracking is paused; nothing else is done with those.
+  virtual bool detectsCallsWhenTrackingIsPaused() const = 0;
+
+  // For the loop's own display.
+  virtual bool hasRunningCall() const = 0;
+  virtual std::optional<std::string> descriptionOfRunningCalls() const = 0;
 };
+
+// How the end of a call is offered. A preference of the helper's, shared with the main application.
+enum class CallNotificationMode { notification, popover, none };
+CallNotificationMode callNotificationMode(Process& process);
+void setCallNotificationMode(Process& process, CallNotificationMode mode);
 
 // The tracking loop. Samples at once when tracking starts and then once per sampling interval (one
 // second, unless the product's conditions say otherwise), and hands each sample to the writer.

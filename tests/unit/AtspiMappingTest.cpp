@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "platform/linux/AtspiConnection.h"
 #include "platform/linux/AtspiRoles.h"
 #include "platform/linux/EmbeddedTexts.h"
@@ -47,7 +49,6 @@ TEST(AtspiMapping, RolesAndSubroles) {
       {94, {}, "AXTextArea -"},
       // Elements of web pages, and their namesakes in other applications.
       {39, markup("div", "group"), "AXGroup AXApplicationGroup"},
-      {39, markup("fieldset"), "AXGroup AXApplicationGroup"},
       {39, {}, "AXGroup -"},
       {78, markup("body", "application"), "AXGroup AXWebApplication"},
       {71, markup("header"), "AXGroup AXSectionHeader"},
@@ -55,8 +56,6 @@ TEST(AtspiMapping, RolesAndSubroles) {
       {49, {}, "AXScrollArea -"},
       {82, markup("div", "document"), "AXGroup AXDocument"},
       {82, {}, "AXWebArea -"},
-      {29, markup("label"), "AXGroup -"},
-      {29, {}, "AXStaticText -"},
       {43, markup("button", "", "menu"), "AXPopUpButton -"},
       {43, markup("button", "", "false"), "AXButton -"},
       {43, markup("", "", "menu"), "AXButton -"},
@@ -71,6 +70,9 @@ TEST(AtspiMapping, RolesAndSubroles) {
     const std::string found =
         std::string(axRole(role, each.traits)) + " " + axSubrole(role, each.traits).value_or("-");
     EXPECT_EQ(found, each.expected) << each.role;
+    if (found.starts_with("AXUnknown")) continue;
+    const auto searched = atspiRoles(axRole(role, each.traits)).roles;
+    EXPECT_NE(std::ranges::find(searched, role), searched.end()) << each.role;
   }
 }
 

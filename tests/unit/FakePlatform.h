@@ -12,12 +12,16 @@
 #include "platform/Accessibility.h"
 #include "platform/ChildProcesses.h"
 #include "platform/Clock.h"
+#include "platform/FileEvents.h"
 #include "platform/Files.h"
 #include "platform/Platform.h"
+#include "platform/PowerManagement.h"
 #include "platform/RunLoop.h"
 #include "platform/SystemLog.h"
+#include "platform/TimeEntryEditors.h"
 #include "platform/Transcript.h"
 #include "platform/UserDefaults.h"
+#include "platform/UserNotifications.h"
 #include "platform/WindowServer.h"
 #include "platform/Workspace.h"
 
@@ -180,6 +184,8 @@ struct EmptyWorkspace final : Workspace {
   std::optional<RunningApplication> frontmostApplication() override { return {}; }
   std::optional<RunningApplication> runningApplication(ProcessIdentifier) override { return {}; }
   std::vector<RunningApplication> runningApplications(std::string_view) override { return {}; }
+  std::optional<std::string> executablePath(ProcessIdentifier) override { return {}; }
+  std::optional<ApplicationBundle> bundleAtPath(const std::string&) override { return {}; }
   std::vector<Rect> screens() override { return {}; }
 };
 
@@ -192,6 +198,48 @@ struct NoChildProcesses final : ChildProcesses {
 
 struct NoFiles final : Files {
   std::optional<PropertyListDictionary> dictionary(const std::string&) override { return {}; }
+};
+
+// Delivers when a test says so.
+class ManualFileEvents final : public FileEvents {
+ public:
+  std::unique_ptr<FileEventStream> makeStream(const std::vector<std::string>& paths, Seconds,
+                                              Delivery delivery) override {
+    ++streams;
+    watched = paths;
+    deliver = std::move(delivery);
+    return std::make_unique<Stream>(*this);
+  }
+
+  int streams = 0;  // running
+  int flushes = 0;
+  std::vector<std::string> watched;
+  Delivery deliver;
+
+ private:
+  struct Stream final : FileEventStream {
+    explicit Stream(ManualFileEvents& events) : owner(events) {}
+    ~Stream() override { --owner.streams; }
+    void flushSync() override { ++owner.flushes; }
+    void flushAsync() override { ++owner.flushes; }
+    std::string description() const override { return "manual"; }
+    ManualFileEvents& owner;
+  };
+};
+
+struct NoPowerManagement final : PowerManagement {
+  std::optional<AssertionsByProcess> assertionsByProcess() override { return {}; }
+};
+
+struct NoUserNotifications final : UserNotifications {
+  void setCategory(const std::string&, std::vector<UserNotificationAction>) override {}
+  void requestPermission(std::function<void(bool)> answer) override { answer(false); }
+  void deliver(const UserNotification&) override {}
+  void setResponseHandler(ResponseHandler) override {}
+};
+
+struct NoTimeEntryEditors final : TimeEntryEditors {
+  void present(const TimeEntryEditorContents&, Placement, Completion) override {}
 };
 
 // A new empty directory, removed in the end.
@@ -219,6 +267,10 @@ struct FakePlatform {
   MemoryDefaultsDatabase defaults;
   NoChildProcesses childProcesses;
   NoFiles files;
+  ManualFileEvents fileEvents;
+  NoPowerManagement powerManagement;
+  NoUserNotifications userNotifications;
+  NoTimeEntryEditors timeEntryEditors;
   ManualRunLoop runLoop;
   MemoryLog log;
   MemoryTranscript transcript;
@@ -230,11 +282,16 @@ struct FakePlatform {
                     .defaults = defaults,
                     .childProcesses = childProcesses,
                     .files = files,
+                    .fileEvents = fileEvents,
+                    .powerManagement = powerManagement,
+                    .userNotifications = userNotifications,
+                    .timeEntryEditors = timeEntryEditors,
                     .clock = runLoop,
                     .runLoop = runLoop,
                     .log = log,
                     .transcript = transcript,
                     .mainBundle = {},
+                    .operatingSystemVersion = {},
                     .arguments = {},
                     .preferredLanguages = {"en"},
                     .dataDirectory = directory.path(),

@@ -31,6 +31,9 @@ class ScriptedExtractor final : public InfoLoggerExtractor, public InfoLoggerCal
   void updateCallStatusForActivity(const Activity& activity) override {
     seenByDetector += activity.details.documentTitle.value_or("?") + ";";
   }
+  bool detectsCallsWhenTrackingIsPaused() const override { return detectsWhilePaused; }
+  bool hasRunningCall() const override { return false; }
+  std::optional<std::string> descriptionOfRunningCalls() const override { return {}; }
   const std::set<std::string>& noAccessibilityApplicationBundleIdentifiers() override {
     return none_;
   }
@@ -40,6 +43,7 @@ class ScriptedExtractor final : public InfoLoggerExtractor, public InfoLoggerCal
 
   std::string title = "a";
   bool extractorFails = false;
+  bool detectsWhilePaused = false;
   std::string seenByDetector;
 
  private:
@@ -107,6 +111,21 @@ TEST_F(InfoLoggerTest, turningTrackingOffAndOnAgainSamplesOnce) {
   EXPECT_FALSE(logger.prepareForShutdown(true));
   fake.runLoop.advance(Seconds(5));
   EXPECT_EQ(events(), "product InfoLogger prepareForShutdownWithIsRelaunch\n");
+}
+
+TEST_F(InfoLoggerTest, samplesForCallsOnlyWhileTrackingIsPaused) {
+  extractor.detectsWhilePaused = true;
+  startTracking();
+  logger.setShouldTrack(false);
+  fake.runLoop.advance(Seconds(2));
+  EXPECT_EQ(extractor.seenByDetector, "document;document;");
+  EXPECT_EQ(events(), "product InfoLogger setShouldTrack\n");
+  logger.setShouldTrack(true);
+  fake.runLoop.advance(Seconds(1));
+  EXPECT_EQ(extractor.seenByDetector, "document;document;document;document;");
+  logger.prepareForShutdown(false);
+  fake.runLoop.advance(Seconds(5));
+  EXPECT_EQ(extractor.seenByDetector, "document;document;document;document;");
 }
 
 TEST_F(InfoLoggerTest, aFailedStepCostsThatStepOnlyAndTellsNoTitle) {

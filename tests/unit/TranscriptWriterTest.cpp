@@ -4,8 +4,8 @@
 #include <limits>
 #include <sstream>
 
-#include "platform/transcript/Base64.h"
-#include "platform/transcript/Iso8601.h"
+#include "platform/json/Base64.h"
+#include "platform/json/Iso8601.h"
 #include "platform/transcript/makeTranscriptWriter.h"
 
 namespace kestro {

@@ -25,6 +25,49 @@ bool mayBeLong(AtspiRole role) {
          role == AtspiRole::treeTable || role == AtspiRole::listBox;
 }
 
+// A set of small numbers, as the bits of a list of words.
+void appendBits(sd_bus_message* message, const std::vector<unsigned>& numbers, std::size_t words) {
+  constexpr unsigned bitsOfWord = 32;
+  std::vector<std::uint32_t> set(words, 0);
+  for (const unsigned number : numbers) {
+    if (number < bitsOfWord * words) set[number / bitsOfWord] |= 1U << (number % bitsOfWord);
+  }
+  sd_bus_message_append_array(message, 'i', set.data(), set.size() * sizeof(std::uint32_t));
+}
+
+template <class Enumeration>
+std::vector<unsigned> numbersOf(const std::vector<Enumeration>& values) {
+  std::vector<unsigned> numbers;
+  numbers.reserve(values.size());
+  for (const Enumeration value : values)
+    numbers.push_back(static_cast<unsigned>(value));
+  return numbers;
+}
+
+// States, attributes, roles and interfaces, each with how they match. For attributes and roles that
+// is ANY, which lets everything through where there are none, for interfaces ALL.
+void appendMatchArguments(sd_bus_message* message, const AtspiMatchRule& rule, std::int32_t most) {
+  constexpr std::int32_t matchAll = 1;
+  constexpr std::int32_t matchAny = 2;
+  constexpr std::uint32_t documentOrder = 1;
+  constexpr std::size_t stateWords = 2;
+  constexpr std::size_t roleWords = 4;
+  sd_bus_message_open_container(message, 'r', "aiia{ss}iaiiasib");
+  appendBits(message, numbersOf(rule.states), stateWords);
+  sd_bus_message_append(message, "i", matchAll);
+  sd_bus_message_open_container(message, 'a', "{ss}");
+  for (const auto& [name, value] : rule.attributes) {
+    sd_bus_message_append(message, "{ss}", name.c_str(), value.c_str());
+  }
+  sd_bus_message_close_container(message);
+  sd_bus_message_append(message, "i", matchAny);
+  appendBits(message, numbersOf(rule.roles), rule.roles.empty() ? 0 : roleWords);
+  sd_bus_message_append(message, "iasib", matchAny, 0, matchAll, 0);
+  sd_bus_message_close_container(message);
+  constexpr int isDeep = 1;
+  sd_bus_message_append(message, "uib", documentOrder, most, isDeep);
+}
+
 }  // namespace
 
 AtspiReader::Facts& AtspiReader::facts(const AtspiObject& object) {
@@ -217,23 +260,12 @@ AccessibilityResult<AtspiObject> AtspiReader::childAtPoint(const AtspiObject& ob
   return objectOf(connection_.call(request));
 }
 
-// A search inside the application, for one object: it ends at the first.
-AccessibilityResult<AtspiObject> AtspiReader::focusedDescendant(const AtspiObject& object) {
-  constexpr std::int32_t matchAll = 1;
-  constexpr std::int32_t matchAny = 2;
-  constexpr std::uint32_t documentOrder = 1;
-  constexpr std::int32_t focusedBit = 1 << static_cast<int>(AtspiState::focused);
+AccessibilityResult<std::vector<AtspiObject>> AtspiReader::matches(const AtspiObject& object,
+                                                                   const AtspiMatchRule& rule,
+                                                                   std::int32_t most) {
   auto request = connection_.request(object, "org.a11y.atspi.Collection", "GetMatches");
-  if (request) {
-    // States, attributes, roles and interfaces, each with how they match: for an empty list of
-    // interfaces only ALL lets everything through.
-    sd_bus_message_append(request.get(), "(aiia{ss}iaiiasib)uib", 2, focusedBit, 0, matchAll, 0,
-                          matchAny, 0, matchAny, 0, matchAll, 0, documentOrder, 1, 1);
-  }
-  const auto found = objectsOf(connection_.call(request));
-  if (!found.value) return found.error;
-  if (found.value->empty()) return AccessibilityError::noValue;
-  return found.value->front();
+  if (request) appendMatchArguments(request.get(), rule, most);
+  return objectsOf(connection_.call(request));
 }
 
 void AtspiReader::prefetchForMatching(const std::vector<AtspiObject>& windows) {
@@ -251,16 +283,46 @@ void AtspiReader::prefetchForMatching(const std::vector<AtspiObject>& windows) {
   }
 }
 
-void AtspiReader::prefetchRoles(const std::vector<AtspiObject>& objects) {
+template <class Value, class Read>
+void AtspiReader::prefetch(const std::vector<AtspiObject>& objects, Kept<Value> Facts::*fact,
+                           const std::function<MessagePointer(const AtspiObject&)>& request,
+                           Read read) {
+  std::vector<const AtspiObject*> unknown;
   std::vector<MessagePointer> requests;
-  requests.reserve(objects.size());
   for (const AtspiObject& object : objects) {
-    requests.push_back(connection_.request(object, accessible, "GetRole"));
+    if (facts(object).*fact) continue;
+    unknown.push_back(&object);
+    requests.push_back(request(object));
   }
   const auto replies = connection_.callTogether(requests);
-  for (std::size_t index = 0; index < objects.size(); ++index) {
-    facts(objects[index]).role = roleOf(replies[index]);
+  for (std::size_t index = 0; index < unknown.size(); ++index) {
+    facts(*unknown[index]).*fact = read(replies[index]);
   }
+}
+
+void AtspiReader::prefetchRoles(const std::vector<AtspiObject>& objects) {
+  prefetch(
+      objects, &Facts::role,
+      [this](const AtspiObject& object) {
+        return connection_.request(object, accessible, "GetRole");
+      },
+      roleOf);
+}
+
+void AtspiReader::prefetchAttributes(const std::vector<AtspiObject>& objects) {
+  prefetch(
+      objects, &Facts::attributes,
+      [this](const AtspiObject& object) {
+        return connection_.request(object, accessible, "GetAttributes");
+      },
+      attributesOf);
+}
+
+void AtspiReader::prefetchNames(const std::vector<AtspiObject>& objects) {
+  prefetch(
+      objects, &Facts::name,
+      [this](const AtspiObject& object) { return propertyRequest(object, accessible, "Name"); },
+      textPropertyOf);
 }
 
 }  // namespace kestro

@@ -2,15 +2,25 @@
 // it says otherwise. Main thread only.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/AtspiConnection.h"
 #include "platform/linux/SampleGeneration.h"
 
 namespace kestro {
+
+// What an application is to look for below one of its objects. Empty fields are no conditions; of
+// several roles one must be the object's, of several attributes one must hold.
+struct AtspiMatchRule {
+  std::vector<AtspiState> states;
+  std::vector<AtspiRole> roles;
+  std::vector<std::pair<std::string, std::string>> attributes;
+};
 
 using AtspiAttributes = std::map<std::string, std::string, std::less<>>;
 
@@ -46,11 +56,17 @@ class AtspiReader {
   AccessibilityResult<std::string> linkAddress(const AtspiObject& object);
   AccessibilityResult<std::vector<AtspiObject>> selectedChildren(const AtspiObject& object);
   AccessibilityResult<AtspiObject> childAtPoint(const AtspiObject& object, Point rootPoint);
-  AccessibilityResult<AtspiObject> focusedDescendant(const AtspiObject& object);
+  // In tree order, `object` itself left out; at most `most`. One request, in which the application
+  // looks at all that lies below. Not every toolkit can; those answer with an error.
+  AccessibilityResult<std::vector<AtspiObject>> matches(const AtspiObject& object,
+                                                        const AtspiMatchRule& rule,
+                                                        std::int32_t most);
 
   // Reads of several facts, sent together and kept as those above.
   void prefetchForMatching(const std::vector<AtspiObject>& windows);  // name and extents of each
   void prefetchRoles(const std::vector<AtspiObject>& objects);
+  void prefetchAttributes(const std::vector<AtspiObject>& objects);
+  void prefetchNames(const std::vector<AtspiObject>& objects);
 
  private:
   template <class Value>
@@ -79,6 +95,9 @@ class AtspiReader {
                                  const char* property);
   AtspiReply property(const AtspiObject& object, const char* interface, const char* name);
   AtspiReply call(const AtspiObject& object, const char* interface, const char* member);
+  template <class Value, class Read>
+  void prefetch(const std::vector<AtspiObject>& objects, Kept<Value> Facts::*fact,
+                const std::function<MessagePointer(const AtspiObject&)>& request, Read read);
   AccessibilityResult<std::vector<AtspiObject>> readChildren(const AtspiObject& object);
   AccessibilityResult<std::vector<AtspiObject>> childrenOneByOne(const AtspiObject& object,
                                                                  int count);

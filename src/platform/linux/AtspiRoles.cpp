@@ -85,6 +85,9 @@ constexpr RoleRow roleRows[]{
     {AtspiRole::window, "AXWindow", "AXStandardWindow"},
 };
 
+// Of toggle buttons in pages.
+constexpr std::string_view toggleButtonSubrole = "AXToggleButton";
+
 struct LandmarkRow {
   std::string_view xmlRole;
   std::string_view axSubrole;
@@ -102,11 +105,8 @@ constexpr LandmarkRow landmarkRows[]{
     {"search", "AXLandmarkSearch"},
     {"application", "AXWebApplication"},
     {"group", "AXApplicationGroup"},
-    {"feed", "AXApplicationGroup"},
     {"document", "AXDocument"},
     {"note", "AXDocumentNote"},
-    {"sectionheader", "AXSectionHeader"},
-    {"sectionfooter", "AXSectionFooter"},
     {"article", "AXDocumentArticle"},
     {"timer", "AXApplicationTimer"},
     {"tabpanel", "AXTabPanel"},
@@ -132,7 +132,7 @@ bool isTextEntry(AtspiRole role) {
 }
 
 // Elements of web pages whose counterpart their role does not tell.
-enum class MarkupKind { none, tabPanel, innerDocument, label, menuButton, toggle };
+enum class MarkupKind { none, tabPanel, innerDocument, menuButton, toggle };
 
 MarkupKind markupKind(AtspiRole role, const AtspiTraits& traits) {
   if (traits.tag.empty()) return MarkupKind::none;
@@ -141,8 +141,6 @@ MarkupKind markupKind(AtspiRole role, const AtspiTraits& traits) {
       return traits.xmlRoles == "tabpanel" ? MarkupKind::tabPanel : MarkupKind::none;
     case AtspiRole::documentFrame:
       return traits.xmlRoles == "document" ? MarkupKind::innerDocument : MarkupKind::none;
-    case AtspiRole::label:
-      return MarkupKind::label;
     case AtspiRole::pushButton: {
       const bool opensMenu = !traits.hasPopup.empty() && traits.hasPopup != "false";
       return opensMenu ? MarkupKind::menuButton : MarkupKind::none;
@@ -183,7 +181,6 @@ std::string_view axRole(AtspiRole role, const AtspiTraits& traits) {
   switch (markupKind(role, traits)) {
     case MarkupKind::tabPanel:
     case MarkupKind::innerDocument:
-    case MarkupKind::label:
       return "AXGroup";
     case MarkupKind::menuButton:
       return "AXPopUpButton";
@@ -198,8 +195,7 @@ std::string_view axRole(AtspiRole role, const AtspiTraits& traits) {
 
 bool roleDependsOnAttributes(AtspiRole role) {
   return role == AtspiRole::scrollPane || role == AtspiRole::documentFrame ||
-         role == AtspiRole::label || role == AtspiRole::pushButton ||
-         role == AtspiRole::toggleButton;
+         role == AtspiRole::pushButton || role == AtspiRole::toggleButton;
 }
 
 bool subroleDependsOnAttributes(AtspiRole role) {
@@ -210,8 +206,7 @@ bool subroleDependsOnAttributes(AtspiRole role) {
 std::optional<std::string> axSubrole(AtspiRole role, const AtspiTraits& traits) {
   if (isDialog(role) && traits.isTopLevel) return "AXDialog";
   if (auto subrole = subroleOfXmlRoles(traits.xmlRoles)) return subrole;
-  if (markupKind(role, traits) == MarkupKind::toggle) return "AXToggleButton";
-  if (traits.tag == "fieldset") return "AXApplicationGroup";
+  if (markupKind(role, traits) == MarkupKind::toggle) return std::string(toggleButtonSubrole);
   const RoleRow* row = rowOf(role);
   if (!row || row->axSubrole.empty()) return std::nullopt;
   return std::string(row->axSubrole);
@@ -219,6 +214,50 @@ std::optional<std::string> axSubrole(AtspiRole role, const AtspiTraits& traits) 
 
 bool isDocument(AtspiRole role) {
   return role == AtspiRole::documentWeb || role == AtspiRole::documentFrame;
+}
+
+AtspiRoleChoice atspiRoles(std::string_view axRole) {
+  struct Uncertain {
+    AtspiRole role;
+    std::string_view axRoles[2];
+  };
+  constexpr Uncertain uncertainRows[]{
+      {AtspiRole::dialog, {"AXWindow", "AXGroup"}},
+      {AtspiRole::alert, {"AXWindow", "AXGroup"}},
+      {AtspiRole::fileChooser, {"AXWindow", "AXGroup"}},
+      {AtspiRole::entry, {"AXTextArea", "AXTextField"}},
+      {AtspiRole::text, {"AXTextArea", "AXTextField"}},
+      {AtspiRole::comboBox, {"AXComboBox", "AXPopUpButton"}},
+      {AtspiRole::scrollPane, {"AXScrollArea", "AXGroup"}},
+      {AtspiRole::documentFrame, {"AXWebArea", "AXGroup"}},
+      {AtspiRole::pushButton, {"AXButton", "AXPopUpButton"}},
+      {AtspiRole::toggleButton, {"AXButton", "AXCheckBox"}},
+  };
+  AtspiRoleChoice choice;
+  for (const RoleRow& row : roleRows) {
+    if (row.axRole == axRole && !roleDependsOnAttributes(row.role))
+      choice.roles.push_back(row.role);
+  }
+  for (const Uncertain& row : uncertainRows) {
+    if (std::ranges::find(row.axRoles, axRole) == std::end(row.axRoles)) continue;
+    choice.roles.push_back(row.role);
+    choice.isCertain = false;
+  }
+  return choice;
+}
+
+std::string_view xmlRole(std::string_view axSubrole) {
+  const auto* row = std::ranges::find(landmarkRows, axSubrole, &LandmarkRow::axSubrole);
+  return row == std::end(landmarkRows) ? std::string_view() : row->xmlRole;
+}
+
+std::vector<AtspiRole> atspiRolesOfSubrole(std::string_view axSubrole) {
+  std::vector<AtspiRole> roles;
+  for (const RoleRow& row : roleRows) {
+    if (row.axSubrole == axSubrole) roles.push_back(row.role);
+  }
+  if (axSubrole == toggleButtonSubrole) roles.push_back(AtspiRole::toggleButton);
+  return roles;
 }
 
 }  // namespace kestro

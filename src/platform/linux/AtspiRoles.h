@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/linux/AtspiObject.h"
 
@@ -30,5 +31,15 @@ bool subroleDependsOnAttributes(AtspiRole role);
 std::optional<std::string> axSubrole(AtspiRole role, const AtspiTraits& traits);
 
 bool isDocument(AtspiRole role);
+
+// The way back, for searches: every AT-SPI role that `axRole` can give this role for.
+struct AtspiRoleChoice {
+  std::vector<AtspiRole> roles;
+  bool isCertain = true;  // each gives it whatever its traits
+};
+AtspiRoleChoice atspiRoles(std::string_view axRole);
+// The word of `xml-roles` that gives this subrole; empty when it comes from the role alone.
+std::string_view xmlRole(std::string_view axSubrole);
+std::vector<AtspiRole> atspiRolesOfSubrole(std::string_view axSubrole);
 
 }  // namespace kestro

@@ -45,7 +45,8 @@ LinuxAccessibility::LinuxAccessibility(X11Desktop& desktop, ApplicationIdentity&
       reader_(connection_, generation),
       applications_(connection_, reader_, generation),
       windows_(applications_, reader_, desktop, generation),
-      attributes_(windows_, applications_, reader_, identity) {
+      attributes_(windows_, applications_, reader_, identity),
+      search_(attributes_, reader_) {
   // Applications look at this when they start.
   status_.enable();
 }
@@ -146,9 +147,10 @@ AccessibilityResult<AttributeValue> LinuxAccessibility::windowList(ProcessIdenti
 AccessibilityResult<AttributeValue> LinuxAccessibility::focusedElement(ProcessIdentifier process) {
   const auto window = windows_.mainWindow(process);
   if (!window.value) return window.error;
-  const auto focused = reader_.focusedDescendant(*window.value);
+  const auto focused = reader_.matches(*window.value, {{AtspiState::focused}, {}, {}}, 1);
   if (!focused.value) return focused.error;
-  return AttributeValue(makeObjectElement(process, *focused.value));
+  if (focused.value->empty()) return AccessibilityError::noValue;
+  return AttributeValue(makeObjectElement(process, focused.value->front()));
 }
 
 // The designed platform has one menu bar an application; here it is a child of the window, or of
@@ -223,9 +225,11 @@ AccessibilityResult<UIElement> LinuxAccessibility::copyElementAtPosition(
   return makeObjectElement(known.process(), found);
 }
 
-AccessibilityResult<std::vector<UIElement>> LinuxAccessibility::findElements(const UIElement&,
-                                                                             const ElementSearch&) {
-  return AccessibilityError::notImplemented;
+AccessibilityResult<std::vector<UIElement>> LinuxAccessibility::findElements(
+    const UIElement& root, const ElementSearch& search) {
+  const auto& known = reference(root);
+  if (!isReadableObject(known)) return AccessibilityError::notImplemented;
+  return search_.find(known, search);
 }
 
 std::optional<AtspiObject> LinuxAccessibility::windowAt(ProcessIdentifier process,

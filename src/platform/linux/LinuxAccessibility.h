@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "platform/Accessibility.h"
-#include "platform/linux/ElementAttributes.h"
+#include "platform/linux/AtspiSearch.h"
 
 namespace kestro {
 
@@ -74,6 +74,7 @@ class LinuxAccessibility final : public Accessibility {
   AtspiApplications applications_;
   AtspiWindows windows_;
   ElementAttributes attributes_;
+  AtspiSearch search_;
   // Unique bus names, with the number of the connection on which they are unique.
   std::set<std::pair<std::uint64_t, std::string>> enhanced_;
 };

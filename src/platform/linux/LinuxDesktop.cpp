@@ -7,9 +7,14 @@
 #include "platform/linux/LinuxAccessibility.h"
 #include "platform/linux/LinuxChildProcesses.h"
 #include "platform/linux/LinuxDirectories.h"
+#include "platform/linux/LinuxFileEvents.h"
 #include "platform/linux/LinuxFiles.h"
+#include "platform/linux/LinuxPowerManagement.h"
 #include "platform/linux/LinuxRunLoop.h"
+#include "platform/linux/LinuxTimeEntryEditors.h"
+#include "platform/linux/LinuxUserNotifications.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/OperatingSystemVersion.h"
 #include "platform/linux/PlistUserDefaults.h"
 #include "platform/linux/PreferredLanguages.h"
 #include "platform/linux/ProcessInformation.h"
@@ -46,6 +51,10 @@ class LinuxDesktop final : public Desktop {
   PlistUserDefaultsDatabase defaults_;
   LinuxChildProcesses childProcesses_;
   LinuxFiles files_;
+  LinuxFileEvents fileEvents_;
+  LinuxPowerManagement powerManagement_;
+  LinuxUserNotifications userNotifications_;
+  LinuxTimeEntryEditors timeEntryEditors_;
   TimedTranscript transcript_;
   PropertyListDictionary productConditions_;
   Platform platform_;
@@ -61,6 +70,8 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
       windowServer_(x11_),
       accessibility_(x11_, identity_, generation_, log_),
       defaults_(configurationDirectory(), log_),
+      userNotifications_(runLoop_),
+      timeEntryEditors_(runLoop_),
       transcript_(clock_, clock_.now(), std::move(options.transcriptWriter)),
       platform_{accessibility_,
                 windowServer_,
@@ -68,11 +79,16 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
                 defaults_,
                 childProcesses_,
                 files_,
+                fileEvents_,
+                powerManagement_,
+                userNotifications_,
+                timeEntryEditors_,
                 clock_,
                 runLoop_,
                 log_,
                 transcript_,
                 mainBundle(),
+                operatingSystemVersion(),
                 options.arguments,
                 languages_,
                 makeDataDirectory(options),

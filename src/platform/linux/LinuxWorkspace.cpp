@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <map>
 
+#include "platform/linux/ProcessInformation.h"
 #include "platform/linux/ScreenCoordinates.h"
 
 namespace kestro {
@@ -54,6 +55,10 @@ std::vector<RunningApplication> LinuxWorkspace::runningApplications(
     }
   }
   return applications;
+}
+
+std::optional<std::string> LinuxWorkspace::executablePath(ProcessIdentifier process) {
+  return kestro::executablePath(process);
 }
 
 std::vector<Rect> LinuxWorkspace::screens() {

@@ -19,6 +19,9 @@ class LinuxWorkspace final : public Workspace {
   std::optional<RunningApplication> runningApplication(ProcessIdentifier process) override;
   // Those with a window on any desktop, in the order of their process identifiers.
   std::vector<RunningApplication> runningApplications(std::string_view bundleIdentifier) override;
+  std::optional<std::string> executablePath(ProcessIdentifier process) override;
+  // Applications have no bundles here.
+  std::optional<ApplicationBundle> bundleAtPath(const std::string&) override { return {}; }
   std::vector<Rect> screens() override;
 
  private:

@@ -3,8 +3,8 @@
 #include <array>
 #include <charconv>
 
-#include "platform/transcript/Base64.h"
-#include "platform/transcript/Iso8601.h"
+#include "platform/json/Base64.h"
+#include "platform/json/Iso8601.h"
 
 namespace kestro {
 namespace {

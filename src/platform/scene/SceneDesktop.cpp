@@ -40,6 +40,9 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
       defaults_(state_, transcript_),
       childProcesses_(state_, scene_.processes, transcript_),
       files_(state_),
+      powerManagement_(state_),
+      userNotifications_(state_, runLoop_, transcript_),
+      timeEntryEditors_(transcript_),
       log_(transcript_),
       platform_{accessibility_,
                 windowServer_,
@@ -47,11 +50,16 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
                 defaults_,
                 childProcesses_,
                 files_,
+                fileEvents_,
+                powerManagement_,
+                userNotifications_,
+                timeEntryEditors_,
                 clock_,
                 runLoop_,
                 log_,
                 transcript_,
                 scene_.bundle,
+                "Version " + state_.system.version,
                 chooseArguments(options.arguments, scene_.arguments),
                 state_.system.languages,
                 dataDirectory_.path(),
@@ -68,6 +76,13 @@ std::vector<SceneRunLoop::ScriptedEvent> SceneDesktop::scriptedEvents() {
 void SceneDesktop::perform(const SceneStep& step) {
   applyStep(state_, step.event);
   if (std::holds_alternative<RequestTerminationStep>(step.event)) runLoop_.requestTermination();
+  if (const auto* delivery = std::get_if<FileEventsStep>(&step.event)) {
+    fileEvents_.deliver(delivery->events);
+  }
+  if (const auto* response = std::get_if<NotificationResponseStep>(&step.event)) {
+    userNotifications_.respond(*response);
+  }
+  if (const auto* editor = std::get_if<EditorStep>(&step.event)) timeEntryEditors_.end(*editor);
   if (const auto* restart = std::get_if<RestartStep>(&step.event)) {
     if (restart->arguments) platform_.arguments = *restart->arguments;
     runLoop_.requestRestart();
@@ -77,7 +92,10 @@ void SceneDesktop::perform(const SceneStep& step) {
 bool SceneDesktop::beginNextProcessLife() {
   if (!runLoop_.beginNextLife()) return false;
   accessibility_.beginNextLife();
+  userNotifications_.beginNextLife();
+  timeEntryEditors_.beginNextLife();
   platform_.preferredLanguages = state_.system.languages;
+  platform_.operatingSystemVersion = "Version " + state_.system.version;
   return true;
 }
 

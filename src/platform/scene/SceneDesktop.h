@@ -14,10 +14,14 @@
 #include "platform/scene/SceneChildProcesses.h"
 #include "platform/scene/SceneClock.h"
 #include "platform/scene/SceneDataDirectory.h"
+#include "platform/scene/SceneFileEvents.h"
 #include "platform/scene/SceneFiles.h"
+#include "platform/scene/ScenePowerManagement.h"
 #include "platform/scene/SceneRunLoop.h"
 #include "platform/scene/SceneSystemLog.h"
+#include "platform/scene/SceneTimeEntryEditors.h"
 #include "platform/scene/SceneUserDefaults.h"
+#include "platform/scene/SceneUserNotifications.h"
 #include "platform/scene/SceneWindowServer.h"
 #include "platform/scene/SceneWorkspace.h"
 
@@ -54,6 +58,10 @@ class SceneDesktop final : public Desktop {
   SceneUserDefaultsDatabase defaults_;
   SceneChildProcesses childProcesses_;
   SceneFiles files_;
+  SceneFileEvents fileEvents_;
+  ScenePowerManagement powerManagement_;
+  SceneUserNotifications userNotifications_;
+  SceneTimeEntryEditors timeEntryEditors_;
   SceneSystemLog log_;
   Platform platform_;
 };

@@ -7,12 +7,12 @@
 #include <fstream>
 #include <sstream>
 
+#include "platform/json/Iso8601.h"
 #include "platform/scene/DesktopLoader.h"
 #include "platform/scene/ElementLoader.h"
 #include "platform/scene/PropertyListLoader.h"
 #include "platform/scene/Scene.h"
 #include "platform/scene/StepLoader.h"
-#include "platform/transcript/Iso8601.h"
 
 namespace kestro {
 namespace {

@@ -8,6 +8,7 @@
 #include <variant>
 #include <vector>
 
+#include "platform/FileEvents.h"
 #include "platform/scene/SceneState.h"
 
 namespace kestro {
@@ -60,6 +61,24 @@ struct RemoveFileStep {
 struct AssertionsStep {
   SceneAssertions assertions;
 };
+// One delivery of the file-system event stream.
+struct FileEventsStep {
+  std::vector<FileEvent> events;
+};
+struct NotificationResponseStep {
+  std::string action;  // an action's identifier, "default" for a click, "dismiss"
+  // Instead of the newest notification's.
+  std::optional<std::string> category;
+  std::optional<PropertyListDictionary> userInfo;
+};
+// Fields that the user changed before saving; an absent project name inside: none any more.
+struct EditorStep {
+  bool isSaved = false;
+  std::optional<std::string> title;
+  std::optional<Date> start;
+  std::optional<Date> end;
+  std::optional<std::optional<std::string>> project;
+};
 struct RequestTerminationStep {};
 struct RestartStep {
   std::optional<std::vector<std::string>> arguments;  // absent: as before
@@ -68,7 +87,8 @@ struct RestartStep {
 using SceneEvent =
     std::variant<SetStep, FrontmostStep, WindowsStep, LaunchStep, QuitStep, SystemStep, ProductStep,
                  PreferencesStep, SuitesStep, WriteFileStep, RemoveFileStep, AssertionsStep,
-                 RequestTerminationStep, RestartStep>;
+                 FileEventsStep, NotificationResponseStep, EditorStep, RequestTerminationStep,
+                 RestartStep>;
 
 struct SceneStep {
   Seconds at{0};  // after the start of the scene

@@ -1,6 +1,19 @@
 #include "platform/scene/SceneWorkspace.h"
 
 namespace kestro {
+namespace {
+
+std::optional<std::string> text(const PropertyListDictionary& dictionary, std::string_view key) {
+  const PropertyList* value = dictionary.find(key);
+  const auto* found = value ? value->get<std::string>() : nullptr;
+  return found ? std::optional(*found) : std::nullopt;
+}
+
+std::optional<ApplicationBundle> describedBundle(const RunningApplication& application) {
+  return ApplicationBundle{application.bundleIdentifier, application.localizedName};
+}
+
+}  // namespace
 
 std::optional<RunningApplication> SceneWorkspace::frontmostApplication() {
   return state_.frontmost ? runningApplication(*state_.frontmost) : std::nullopt;
@@ -21,6 +34,29 @@ std::vector<RunningApplication> SceneWorkspace::runningApplications(
     }
   }
   return found;
+}
+
+std::optional<std::string> SceneWorkspace::executablePath(ProcessIdentifier process) {
+  const SceneApplication* application = state_.runningApplication(process);
+  return application ? application->description.executablePath : std::nullopt;
+}
+
+// Running or not, as an application of the scene; else by the property list of a bundle.
+std::optional<ApplicationBundle> SceneWorkspace::bundleAtPath(const std::string& path) {
+  for (const SceneApplication& application : state_.applications) {
+    if (application.description.bundlePath == path) return describedBundle(application.description);
+  }
+  for (const RunningApplication& application : state_.installed) {
+    if (application.bundlePath == path) return describedBundle(application);
+  }
+  const auto file = state_.files.find(path + "/Contents/Info.plist");
+  if (file == state_.files.end()) return std::nullopt;
+  const auto* list = std::get_if<ScenePropertyListFile>(&file->second);
+  const auto* information = list ? list->contents.get<PropertyListDictionary>() : nullptr;
+  if (!information) return std::nullopt;
+  auto name = text(*information, "CFBundleDisplayName");
+  if (!name) name = text(*information, "CFBundleName");
+  return ApplicationBundle{text(*information, "CFBundleIdentifier"), name};
 }
 
 }  // namespace kestro

@@ -14,6 +14,8 @@ class SceneWorkspace final : public Workspace {
   std::optional<RunningApplication> frontmostApplication() override;
   std::optional<RunningApplication> runningApplication(ProcessIdentifier process) override;
   std::vector<RunningApplication> runningApplications(std::string_view bundleIdentifier) override;
+  std::optional<std::string> executablePath(ProcessIdentifier process) override;
+  std::optional<ApplicationBundle> bundleAtPath(const std::string& path) override;
   std::vector<Rect> screens() override { return state_.system.screens; }
 
  private:

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <limits>
 
 #include "platform/scene/DesktopLoader.h"
 #include "platform/scene/PropertyListLoader.h"
@@ -16,9 +17,9 @@ constexpr double latestTime = 1e8;
 
 // Verbs of the format for parts of the program that do not exist yet.
 constexpr auto laterVerbs = std::to_array<std::string_view>(
-    {"fileEvents", "watcher", "openMenu", "closeMenu", "click", "shortcut", "answerAlert", "editor",
-     "pauseCommand", "resumeCommand", "openURL", "relaunch", "post", "themeChanged", "spaceChanged",
-     "appearanceChanged", "flushFinished", "sync", "notificationResponse"});
+    {"watcher", "openMenu", "closeMenu", "click", "shortcut", "answerAlert", "pauseCommand",
+     "resumeCommand", "openURL", "relaunch", "post", "themeChanged", "spaceChanged",
+     "appearanceChanged", "flushFinished", "sync"});
 
 struct TimedStep {
   double at;
@@ -106,6 +107,9 @@ const std::vector<StepLoader::NamedVerb>& StepLoader::verbs() {
       {"writeFile", &StepLoader::loadWriteFile},
       {"removeFile", &StepLoader::loadRemoveFile},
       {"assertions", &StepLoader::loadAssertionLists},
+      {"fileEvents", &StepLoader::loadFileEvents},
+      {"notificationResponse", &StepLoader::loadNotificationResponse},
+      {"editor", &StepLoader::loadEditor},
       {"requestTermination", &StepLoader::loadRequestTermination},
       {"restart", &StepLoader::loadRestart},
   };
@@ -203,6 +207,53 @@ SceneEvent StepLoader::loadRemoveFile(const JsonNode& node) {
 
 SceneEvent StepLoader::loadAssertionLists(const JsonNode& node) {
   return AssertionsStep{loadAssertions(node)};
+}
+
+SceneEvent StepLoader::loadFileEvents(const JsonNode& node) {
+  constexpr std::int64_t greatest = std::numeric_limits<std::int64_t>::max();
+  FileEventsStep step;
+  node.forEachItem([&](const JsonNode& item) {
+    item.expectKeys({"path", "flags", "id"});
+    FileEvent event{item.member("path").text(), 0, 0};
+    if (const auto flags = item.find("flags")) {
+      event.flags =
+          static_cast<std::uint32_t>(flags->integer(0, std::numeric_limits<std::uint32_t>::max()));
+    }
+    if (const auto identifier = item.find("id")) {
+      event.identifier = static_cast<std::uint64_t>(identifier->integer(0, greatest));
+    }
+    step.events.push_back(std::move(event));
+  });
+  return step;
+}
+
+SceneEvent StepLoader::loadNotificationResponse(const JsonNode& node) {
+  node.expectKeys({"action", "category", "userInfo"});
+  NotificationResponseStep step{node.member("action").text(), std::nullopt, std::nullopt};
+  if (const auto category = node.find("category")) step.category = category->text();
+  if (const auto userInfo = node.find("userInfo")) step.userInfo = loadDictionary(*userInfo);
+  return step;
+}
+
+SceneEvent StepLoader::loadEditor(const JsonNode& node) {
+  EditorStep step;
+  if (node.isText()) {
+    if (node.text() != "save" && node.text() != "cancel") {
+      node.failExpecting("'save', 'cancel' or {\"save\": {…}}");
+    }
+    step.isSaved = node.text() == "save";
+    return step;
+  }
+  const JsonNode fields =
+      node.expectKeys({"save"}).member("save").expectKeys({"title", "start", "end", "project"});
+  step.isSaved = true;
+  if (const auto title = fields.find("title")) step.title = title->text();
+  if (const auto start = fields.find("start")) step.start = loadDate(*start);
+  if (const auto end = fields.find("end")) step.end = loadDate(*end);
+  if (const auto project = fields.find("project")) {
+    step.project = project->isNull() ? std::nullopt : std::optional(project->text());
+  }
+  return step;
 }
 
 SceneEvent StepLoader::loadRequestTermination(const JsonNode& node) {

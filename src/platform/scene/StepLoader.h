@@ -53,6 +53,9 @@ class StepLoader {
   SceneEvent loadWriteFile(const JsonNode& node);
   SceneEvent loadRemoveFile(const JsonNode& node);
   SceneEvent loadAssertionLists(const JsonNode& node);
+  SceneEvent loadFileEvents(const JsonNode& node);
+  SceneEvent loadNotificationResponse(const JsonNode& node);
+  SceneEvent loadEditor(const JsonNode& node);
   SceneEvent loadRequestTermination(const JsonNode& node);
   SceneEvent loadRestart(const JsonNode& node);
 

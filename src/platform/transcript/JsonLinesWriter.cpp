@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "platform/transcript/PropertyListJson.h"
+#include "platform/json/PropertyListJson.h"
 
 namespace kestro {
 namespace {

@@ -6,7 +6,8 @@
 #include <array>
 #include <vector>
 
-#include "platform/transcript/PropertyListJson.h"
+#include "platform/json/PropertyListJson.h"
+#include "platform/transcript/EventText.h"
 #include "platform/transcript/TerminalText.h"
 
 namespace kestro {
@@ -100,7 +101,9 @@ void ReadableWriter::write(Seconds time, std::string_view kind,
   if (kind == "activity") return writeActivity(time, fields);
   if (kind == "noActivity") return writeActivity(time, {});
   if (std::ranges::find(quietKinds, kind) != quietKinds.end()) return;
-  writeLine(time, fmt::format("  {}", kind), fieldsText(fields));
+  const auto words = eventText(kind, fields);
+  writeLine(time, fmt::format("  {}", kind),
+            words ? terminalText(*words, longestText) : fieldsText(fields));
 }
 
 void ReadableWriter::writeActivity(Seconds time, PropertyListDictionary fields) {

@@ -194,7 +194,7 @@ void ActivityWriter::State::keepWithinBounds() {
 }
 
 ActivityWriter::ActivityWriter(Process& process, DatabaseWrapper& database)
-    : state_(std::make_unique<State>(process, database)) {}
+    : state_(std::make_unique<State>(process, database)), taskActivityManager_(process) {}
 
 ActivityWriter::~ActivityWriter() {
   flush();

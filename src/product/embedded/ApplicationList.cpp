@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "platform/Process.h"
 #include "product/KestroDatabase.h"
 
@@ -37,6 +39,27 @@ std::set<std::string> knownChromeBasedBrowserBundleIDs() {
   };
 }
 
+// Those with an engine of another kind.
+std::set<std::string> knownOtherBrowserBundleIDs() {
+  return {
+      "com.apple.Safari",
+      "com.apple.SafariTechnologyPreview",
+      "org.mozilla.firefox",
+      "org.mozilla.firefoxdeveloperedition",
+      "org.mozilla.nightly",
+      "org.mozilla.librewolf",
+      "org.torproject.torbrowser",
+      "net.waterfox.waterfox",
+      "app.zen-browser.zen",
+      "com.duckduckgo.macos.browser",
+      "com.kagi.kagimacOS",  // Orion
+      "com.apple.iCab",
+      "org.getstation.DesktopApp",
+      "com.stack-beta.io",
+      "com.shift.browser",
+  };
+}
+
 std::set<std::string> texts(const PropertyListArray& list) {
   std::set<std::string> members;
   for (const PropertyList& member : list) {
@@ -45,14 +68,28 @@ std::set<std::string> texts(const PropertyListArray& list) {
   return members;
 }
 
-// A list among the product's conditions stands in for the known one.
-struct ChromeBasedBrowsers {
-  explicit ChromeBasedBrowsers(const Process& process) {
-    const PropertyList* given = process.platform().productConditions.find("chromeBasedBrowsers");
-    const auto* list = given ? given->get<PropertyListArray>() : nullptr;
-    bundleIdentifiers = list ? texts(*list) : knownChromeBasedBrowserBundleIDs();
-  }
+// A list among the product's conditions; absent: the known one stands.
+std::optional<std::set<std::string>> givenList(const Process& process, std::string_view condition) {
+  const PropertyList* given = process.platform().productConditions.find(condition);
+  const auto* list = given ? given->get<PropertyListArray>() : nullptr;
+  return list ? std::optional(texts(*list)) : std::nullopt;
+}
 
+struct ChromeBasedBrowsers {
+  explicit ChromeBasedBrowsers(const Process& process)
+      : bundleIdentifiers(givenList(process, "chromeBasedBrowsers")
+                              .value_or(knownChromeBasedBrowserBundleIDs())) {}
+  std::set<std::string> bundleIdentifiers;
+};
+
+struct WebBrowsers {
+  explicit WebBrowsers(Process& process) {
+    const auto given = givenList(process, "webBrowsing");
+    bundleIdentifiers = given ? *given : knownOtherBrowserBundleIDs();
+    if (given) return;
+    const auto& others = ApplicationList::chromeBasedBrowserBundleIDs(process);
+    bundleIdentifiers.insert(others.begin(), others.end());
+  }
   std::set<std::string> bundleIdentifiers;
 };
 
@@ -60,6 +97,10 @@ struct ChromeBasedBrowsers {
 
 const std::set<std::string>& ApplicationList::chromeBasedBrowserBundleIDs(Process& process) {
   return process.shared<ChromeBasedBrowsers>().bundleIdentifiers;
+}
+
+const std::set<std::string>& ApplicationList::webBrowsing(Process& process) {
+  return process.shared<WebBrowsers>().bundleIdentifiers;
 }
 
 }  // namespace kestro

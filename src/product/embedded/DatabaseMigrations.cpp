@@ -38,6 +38,32 @@ SELECT id, datetime(start, 'unixepoch', 'localtime') AS started_at,
   AS application, window_title, document_title, document_path, context_path
 FROM activities ORDER BY start;
 )",
+    R"(
+CREATE TABLE projects (
+  id INTEGER PRIMARY KEY,
+  name TEXT NOT NULL UNIQUE
+);
+CREATE TABLE time_entries (
+  id INTEGER PRIMARY KEY,
+  start REAL NOT NULL,
+  end REAL NOT NULL CHECK (end >= start),
+  title TEXT,
+  project_id INTEGER REFERENCES projects (id) ON DELETE SET NULL,
+  provenance TEXT -- what the entry was made from: the identifier of a call's application
+);
+CREATE INDEX time_entries_by_start ON time_entries (start);
+-- The timer that runs now: one row or none.
+CREATE TABLE running_timer (
+  id INTEGER PRIMARY KEY CHECK (id = 1),
+  start REAL NOT NULL,
+  title TEXT,
+  project_id INTEGER REFERENCES projects (id) ON DELETE SET NULL
+);
+CREATE VIEW readable_time_entries AS
+SELECT time_entries.id, datetime(start, 'unixepoch', 'localtime') AS started_at,
+  round(end - start, 3) AS duration, title, projects.name AS project, provenance
+FROM time_entries LEFT JOIN projects ON projects.id = project_id ORDER BY start;
+)",
 };
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "platform/Clock.h"
 #include "platform/Process.h"
+#include "platform/RunLoop.h"
 #include "platform/SystemLog.h"
 #include "product/ActivityWriter.h"
 #include "product/embedded/DatabaseMigrations.h"
@@ -158,6 +159,26 @@ DatabaseWrapper::~DatabaseWrapper() = default;
 
 bool DatabaseWrapper::isDamage(const SQLite::Exception& failure) {
   return failure.getErrorCode() == SQLITE_NOTADB || failure.getErrorCode() == SQLITE_CORRUPT;
+}
+
+bool DatabaseWrapper::mutateOrPresentError(const Mutation& mutation) {
+  try {
+    SQLite::Transaction transaction(*database_, SQLite::TransactionBehavior::IMMEDIATE);
+    mutation(*database_);
+    transaction.commit();
+    return true;
+  } catch (const SQLite::Exception& failure) {
+    // The user's own texts are no part of such a message.
+    process_.platform().log.write(
+        fmt::format("The time entry could not be saved: {}", failure.getErrorStr()));
+    return false;
+  }
+}
+
+void DatabaseWrapper::mutateAsynchronouslyOrPresentError(Mutation mutation) {
+  process_.platform().runLoop.post([&process = process_, mutation = std::move(mutation)] {
+    if (DatabaseWrapper* wrapper = sharedInstance(process)) wrapper->mutateOrPresentError(mutation);
+  });
 }
 
 void DatabaseWrapper::replaceDamaged() {

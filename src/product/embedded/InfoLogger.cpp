@@ -52,6 +52,8 @@ struct InfoLogger::State {
   void start();
   void stop();
   void sample();
+  void sampleForCalls();
+  void updatePausedSampling();
   std::optional<Activity> currentActivity();
   template <class Step>
   void guarded(std::string_view name, Step step);
@@ -62,8 +64,9 @@ struct InfoLogger::State {
   InfoLoggerExtractor* extractor = nullptr;
   InfoLoggerCallDetector* callDetector = nullptr;
   bool hasReportedFailure = false;
-  std::unique_ptr<Timer> timer;       // null while tracking is off
-  std::shared_ptr<bool> firstSample;  // gone when the first sample is no longer wanted
+  std::unique_ptr<Timer> timer;        // null while tracking is off
+  std::unique_ptr<Timer> pausedTimer;  // while tracking is off and calls are detected all the same
+  std::shared_ptr<bool> firstSample;   // gone when the first sample is no longer wanted
 };
 
 void InfoLogger::State::start() {
@@ -81,6 +84,24 @@ void InfoLogger::State::stop() {
   timer.reset();
   firstSample.reset();
   store(process.platform().clock.now(), std::nullopt);
+}
+
+void InfoLogger::State::updatePausedSampling() {
+  const bool isWanted = !timer && callDetector && callDetector->detectsCallsWhenTrackingIsPaused();
+  if (!isWanted) {
+    pausedTimer.reset();
+  } else if (!pausedTimer) {
+    pausedTimer = process.platform().runLoop.scheduleEvery(samplingInterval(process),
+                                                           [this] { sampleForCalls(); });
+  }
+}
+
+// Nothing of it is recorded or stored: the user has paused tracking.
+void InfoLogger::State::sampleForCalls() {
+  auto activity = currentActivity();
+  if (!activity) return;
+  guarded("the application's extractor", [&] { extractor->callInfoExtractorFor(*activity); });
+  guarded("the call detector", [&] { callDetector->updateCallStatusForActivity(*activity); });
 }
 
 void InfoLogger::State::sample() {
@@ -152,6 +173,7 @@ void InfoLogger::setInfoExtractor(InfoLoggerExtractor* extractor) {
 void InfoLogger::setCallDetector(InfoLoggerCallDetector* callDetector) {
   recordOperation(state_->process, "InfoLogger setCallDetector", {callDetector != nullptr});
   state_->callDetector = callDetector;
+  state_->updatePausedSampling();
 }
 
 bool InfoLogger::shouldTrack() const {
@@ -165,11 +187,13 @@ void InfoLogger::setShouldTrack(bool shouldTrack) {
   } else {
     state_->stop();
   }
+  state_->updatePausedSampling();
 }
 
 bool InfoLogger::prepareForShutdown(bool isRelaunch) {
   recordOperation(state_->process, "InfoLogger prepareForShutdownWithIsRelaunch", {isRelaunch});
   state_->stop();
+  state_->pausedTimer.reset();
   if (ActivityWriter* writer = activityWriter(state_->process)) writer->flush();
   return false;
 }

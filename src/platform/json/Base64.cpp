@@ -1,4 +1,4 @@
-#include "platform/transcript/Base64.h"
+#include "platform/json/Base64.h"
 
 namespace kestro {
 namespace {

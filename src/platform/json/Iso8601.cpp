@@ -1,4 +1,4 @@
-#include "platform/transcript/Iso8601.h"
+#include "platform/json/Iso8601.h"
 
 #include <fmt/format.h>
 

@@ -1,9 +1,9 @@
-#include "platform/transcript/PropertyListJson.h"
+#include "platform/json/PropertyListJson.h"
 
 #include <type_traits>
 
-#include "platform/transcript/Base64.h"
-#include "platform/transcript/Iso8601.h"
+#include "platform/json/Base64.h"
+#include "platform/json/Iso8601.h"
 
 namespace kestro {
 

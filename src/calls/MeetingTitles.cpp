@@ -1,0 +1,96 @@
+#include "calls/MeetingTitles.h"
+
+#include <algorithm>
+
+#include "calls/FaceTimeBanner.h"
+#include "calls/TeamsCallWindow.h"
+#include "extractors/AccessibilityElement.h"
+#include "extractors/TitleParts.h"
+#include "platform/Process.h"
+#include "product/KestroLegacy.h"
+#include "product/KestroUI.h"
+
+namespace kestro {
+namespace {
+
+bool contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
+}  // namespace
+
+MeetingTitles::MeetingTitles(Process& process)
+    : process_(process),
+      huddle_(R"(^.* \| (.+) \| (\d?\d?:?\d\d:\d\d)$)"),
+      parenthesisedAddition_(R"(^(.+) \((.+)\)$)"),
+      callTimer_(R"(^\d?\d?:?\d?\d:\d\d(\s.+)?$)") {}
+
+std::optional<std::string> MeetingTitles::titleForApplication(const std::string& bundleIdentifier,
+                                                              const Activity& activity) const {
+  if (contains(bundleIdentifier, "com.tinyspeck.slackmacgap")) {
+    return slackTitle(windowTitles(bundleIdentifier));
+  }
+  if (contains(bundleIdentifier, "com.microsoft.teams")) return teamsTitle(activity);
+  return std::nullopt;
+}
+
+std::vector<std::string> MeetingTitles::windowTitles(const std::string& bundleIdentifier) const {
+  return kestro::windowTitles(process_,
+                              process_.platform().workspace.runningApplications(bundleIdentifier));
+}
+
+std::optional<std::string> MeetingTitles::slackTitle(
+    const std::vector<std::string>& windowTitles) const {
+  return firstNonNil(windowTitles, [&](const std::string& title) -> std::optional<std::string> {
+    const auto match = firstMatch(title, huddle_);
+    return match ? match->captures[1] : std::nullopt;
+  });
+}
+
+std::optional<std::string> MeetingTitles::teamsTitle(const Activity& activity) const {
+  const auto& identifier = activity.applicationBundleIdentifier();
+  if (identifier != "com.microsoft.teams" && identifier != "com.microsoft.teams2") {
+    return std::nullopt;
+  }
+  // A page may give a title that the window lacks; the sampled activity stays as it is.
+  Activity seen = activity;
+  if (!hasTeamsCallWindow(process_, seen) || !seen.details.windowTitle) return std::nullopt;
+  return teamsTitle(*seen.details.windowTitle);
+}
+
+std::optional<std::string> MeetingTitles::teamsTitle(const std::string& windowTitle) const {
+  const std::string title = withoutEvery(windowTitle, " | Microsoft Teams");
+  if (title.empty()) return std::nullopt;
+  auto parts = titleParts(title, " | ");
+  std::erase_if(
+      parts, [](const std::string& part) { return part == "Microsoft Teams" || part == "Chat"; });
+  if (parts.empty()) return std::nullopt;
+  const auto match = firstMatch(parts.front(), parenthesisedAddition_);
+  return match ? match->captures[1] : parts.front();
+}
+
+std::optional<std::string> MeetingTitles::faceTimeTitle() const {
+  auto title = faceTimeWindowTitle(windowTitles("com.apple.FaceTime"));
+  return title ? title : notificationCenterTitle();
+}
+
+std::optional<std::string> MeetingTitles::notificationCenterTitle() const {
+  return firstNonNil(faceTimeBanners(process_),
+                     [&](const std::vector<std::string>& texts) { return bannerTitle(texts); });
+}
+
+std::optional<std::string> MeetingTitles::bannerTitle(const std::vector<std::string>& texts) const {
+  const bool hasTimer = std::ranges::any_of(
+      texts, [&](const std::string& text) { return matches(text, callTimer_); });
+  return hasTimer ? std::optional(texts.front()) : std::nullopt;
+}
+
+std::optional<std::string> faceTimeWindowTitle(const std::vector<std::string>& windowTitles) {
+  constexpr std::size_t wordsOfOtherWindows = 2;
+  return firstNonNil(windowTitles, [](const std::string& title) -> std::optional<std::string> {
+    if (titleParts(title, " ").size() <= wordsOfOtherWindows) return std::nullopt;
+    return title;
+  });
+}
+
+}  // namespace kestro

@@ -1,0 +1,20 @@
+// How assertions are judged. Preferences, read once per process.
+#pragma once
+
+#include "platform/Clock.h"
+
+namespace kestro {
+
+class Process;
+
+struct PowerManagementSettings {
+  explicit PowerManagementSettings(Process& process);
+
+  bool suppressUSBAudioDevices;
+  bool treatWebRTCLikeAudioInAndOutAssertions;
+  bool treatOnACallLikeAudioInAndOutAssertions;
+  Seconds maximumPMAssertionAge;
+  bool dumpRecordedAssertions;
+};
+
+}  // namespace kestro

@@ -1,0 +1,69 @@
+#include "extractors/FinalCutInfoExtractor.h"
+
+#include <algorithm>
+
+#include "extractors/AccessibilityElement.h"
+#include "product/KestroUI.h"
+
+namespace kestro {
+namespace {
+
+// Split views lie in one another; the rows of an outline are not looked through.
+constexpr int scrollAreaDepth = 6;
+constexpr int textDepth = 3;
+constexpr int mostRowsUp = 20;
+
+std::optional<AccessibilityElement> outlineIn(const AccessibilityElement& scrollArea) {
+  if (auto outline = firstWithRole(role::outline, scrollArea.contents())) return outline;
+  return firstWithRole(role::outline, scrollArea.children());
+}
+
+AccessibilityElements textsOf(const AccessibilityElement& row, std::string_view wantedRole) {
+  return row.descendantsWith({{attribute::role, std::string(wantedRole)}}, textDepth);
+}
+
+// A name can be edited; the static texts beside it are counters, and names only where it cannot.
+std::optional<std::string> nameOf(const AccessibilityElement& row) {
+  auto texts = textsOf(row, role::textField);
+  if (texts.empty()) texts = textsOf(row, role::staticText);
+  return firstNonNil(texts, [](const auto& text) { return text.nonEmptyString(attribute::value); });
+}
+
+// From the outermost row to this one; rows without a name are passed over.
+std::vector<std::string> pathTo(const AccessibilityElement& selectedRow) {
+  std::vector<std::string> path;
+  std::optional<AccessibilityElement> row = selectedRow;
+  for (int climbed = 0; row && climbed < mostRowsUp; ++climbed) {
+    if (auto name = nameOf(*row)) path.push_back(std::move(*name));
+    row = row->elementAttribute(attribute::disclosedByRow);
+  }
+  std::ranges::reverse(path);
+  return path;
+}
+
+std::vector<std::string> selectedPath(const AccessibilityElement& window) {
+  const auto splitGroup = firstWithRole(role::splitGroup, window.children());
+  if (!splitGroup) return {};
+  for (const AccessibilityElement& scrollArea : splitGroup->descendantsWith(
+           {{attribute::role, std::string(role::scrollArea)}}, scrollAreaDepth)) {
+    const auto outline = outlineIn(scrollArea);
+    const auto rows = outline ? outline->selectedRows() : AccessibilityElements{};
+    if (rows.empty()) continue;
+    auto path = pathTo(rows.front());
+    if (!path.empty()) return path;
+  }
+  return {};
+}
+
+}  // namespace
+
+void FinalCutInfoExtractor::writeDetailsForActivity(Activity& activity) {
+  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+    auto path = selectedPath(window);
+    if (path.empty()) continue;
+    activity.details.contextPath = std::move(path);
+    return;
+  }
+}
+
+}  // namespace kestro

@@ -1,0 +1,145 @@
+#include "extractors/NotionInfoExtractor.h"
+
+#include <algorithm>
+#include <array>
+
+#include "extractors/AccessibilityElement.h"
+#include "extractors/EnhancedAccessibility.h"
+#include "extractors/WebAreas.h"
+#include "product/KestroLegacy.h"
+
+namespace kestro {
+namespace {
+
+using Conditions = AccessibilityElement::Conditions;
+using Path = std::vector<std::string>;
+
+// Bounds on the ways to and from one entry, and on the entries tried: a page that is titled like
+// its every paragraph must not make a sample slow.
+constexpr std::size_t mostEntries = 5;
+constexpr std::size_t mostCrumbs = 15;
+constexpr int mostWrappers = 3;
+constexpr int mostAncestors = 20;
+
+// What names a page has a letter or a digit; "/", "…" and icons have none.
+struct PageName {
+  explicit PageName(Process&) {}
+  RegularExpression expression{R"([\p{L}\p{N}])"};
+};
+
+bool namesPage(const AccessibilityElement& element, const std::string& text) {
+  return matches(text, element.process().shared<PageName>().expression);
+}
+
+constexpr std::array crumbRoles{role::link, role::button, role::group};
+
+bool isCrumbRole(const std::optional<std::string>& elementRole) {
+  return elementRole && std::ranges::find(crumbRoles, *elementRole) != crumbRoles.end();
+}
+
+std::optional<std::string> labelOf(const AccessibilityElement& element) {
+  if (auto title = element.nonEmptyString(attribute::title)) return title;
+  return element.nonEmptyString(attribute::description);
+}
+
+// The name of a link, button or group, or of the only one that it wraps.
+std::optional<std::string> crumbName(AccessibilityElement element) {
+  for (int wrapped = 0; wrapped <= mostWrappers; ++wrapped) {
+    if (!isCrumbRole(element.role())) return std::nullopt;
+    const auto label = labelOf(element);
+    if (label) return namesPage(element, *label) ? label : std::nullopt;
+    const auto children = element.children();
+    if (children.size() != 1) return std::nullopt;
+    element = children.front();
+  }
+  return std::nullopt;
+}
+
+// The sidebar names pages too, one below the other.
+bool isInListOfPages(const AccessibilityElement& element) {
+  constexpr std::array lists{role::list, role::outline, role::table};
+  std::optional<AccessibilityElement> ancestor = element;
+  for (int climbed = 0; ancestor && climbed < mostAncestors; ++climbed) {
+    const auto elementRole = ancestor->role();
+    if (elementRole == role::webArea || elementRole == role::window) return false;
+    if (elementRole && std::ranges::find(lists, *elementRole) != lists.end()) return true;
+    if (ancestor->subrole() == subrole::landmarkNavigation) return true;
+    ancestor = ancestor->parent();
+  }
+  return false;
+}
+
+Path namesBefore(const AccessibilityElement& crumb, const AccessibilityElements& siblings) {
+  Path names;
+  for (const AccessibilityElement& sibling : siblings) {
+    if (sibling == crumb) break;
+    if (auto name = crumbName(sibling)) names.push_back(std::move(*name));
+  }
+  return names;
+}
+
+// The names before the entry in the line that it ends, and the entry's own. Empty when there is no
+// such line.
+Path pathEndingAt(const AccessibilityElement& entry) {
+  const auto title = labelOf(entry);
+  AccessibilityElement crumb = entry;
+  for (int climbed = 0; title && climbed <= mostWrappers; ++climbed) {
+    const auto container = crumb.parent();
+    if (!container || container->role() != role::group) return {};
+    const auto siblings = container->children();
+    if (siblings.size() > mostCrumbs || !containsElement(siblings, crumb)) return {};
+    Path path = namesBefore(crumb, siblings);
+    if (!path.empty()) {
+      path.push_back(*title);
+      return path;
+    }
+    crumb = *container;
+  }
+  return {};
+}
+
+// How the open page's entry is known: by the window's title or, without one, by the page's address.
+std::vector<Conditions> entryConditions(const ActivityDetails& details) {
+  std::vector<Conditions> searches;
+  if (details.windowTitle && !details.windowTitle->empty()) {
+    for (const std::string_view wanted : crumbRoles) {
+      for (const std::string_view label : {attribute::title, attribute::description}) {
+        searches.push_back({{attribute::role, std::string(wanted)}, {label, *details.windowTitle}});
+      }
+    }
+  } else if (details.documentPath) {
+    searches.push_back(
+        {{attribute::role, std::string(role::link)}, {attribute::url, *details.documentPath}});
+  }
+  return searches;
+}
+
+Path pathIn(const AccessibilityElement& webArea, const ActivityDetails& details) {
+  const auto depth = maxRecursionLevel(webArea.process());
+  for (const Conditions& conditions : entryConditions(details)) {
+    auto entries = webArea.descendantsWith(conditions, depth);
+    if (entries.size() > mostEntries) entries.erase(entries.begin() + mostEntries, entries.end());
+    for (const AccessibilityElement& entry : entries) {
+      if (isInListOfPages(entry)) continue;
+      auto path = pathEndingAt(entry);
+      if (!path.empty()) return path;
+    }
+  }
+  return {};
+}
+
+}  // namespace
+
+void NotionInfoExtractor::writeDetailsForActivity(Activity& activity) {
+  enableEnhancedAccessibility(process_, activity);
+  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+    for (const AccessibilityElement& webArea : webAreas(window, &activity)) {
+      auto path = pathIn(webArea, activity.details);
+      if (path.empty()) continue;
+      activity.details.contextPath = std::move(path);
+      return;
+    }
+  }
+}
+
+}  // namespace kestro

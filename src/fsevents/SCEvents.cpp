@@ -1,0 +1,87 @@
+#include "fsevents/SCEvents.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+
+#include "platform/Process.h"
+
+namespace kestro {
+namespace {
+
+std::string withoutSlashAtEnd(std::string path) {
+  if (path.ends_with('/')) path.pop_back();
+  return path;
+}
+
+std::string listDescription(const std::vector<std::string>& paths) {
+  return fmt::format("({})", fmt::join(paths, ", "));
+}
+
+}  // namespace
+
+SCEvents& SCEvents::sharedPathWatcher(Process& process) {
+  return process.shared<SCEvents>();
+}
+
+bool SCEvents::startWatchingPaths(std::vector<std::string> paths) {
+  if (paths.empty() || isWatchingPaths()) return false;
+  watchedPaths_ = std::move(paths);
+  stream_ = process_.platform().fileEvents.makeStream(
+      watchedPaths_, notificationLatency_,
+      [this](const std::vector<FileEvent>& events) { deliver(events); });
+  return true;
+}
+
+bool SCEvents::stopWatchingPaths() {
+  if (!isWatchingPaths()) return false;
+  stream_.reset();
+  return true;
+}
+
+bool SCEvents::flushEventStreamSync() {
+  if (!isWatchingPaths()) return false;
+  stream_->flushSync();
+  return true;
+}
+
+bool SCEvents::flushEventStreamAsync() {
+  if (!isWatchingPaths()) return false;
+  stream_->flushAsync();
+  return true;
+}
+
+void SCEvents::deliver(const std::vector<FileEvent>& events) {
+  for (std::size_t index = 0; index < events.size(); ++index) {
+    const FileEvent& reported = events[index];
+    if (isIgnored(reported.path)) continue;
+    const SCEvent event{reported.identifier, process_.platform().clock.now(),
+                        withoutSlashAtEnd(reported.path), reported.flags};
+    if (delegate_) delegate_->pathWatcherEventOccurred(*this, event);
+    if (index + 1 == events.size()) lastEvent_ = event;
+  }
+}
+
+bool SCEvents::isIgnored(const std::string& path) const {
+  return std::ranges::any_of(excludedPaths_, [&](const std::string& excluded) {
+    return path == excluded || (ignoreEventsFromSubDirs_ && path.starts_with(excluded));
+  });
+}
+
+std::string SCEvents::streamDescription() const {
+  if (isWatchingPaths()) return stream_->description();
+  return "The event stream is not running. Start it by calling: startWatchingPaths:";
+}
+
+std::string SCEvents::description() const {
+  return fmt::format("<SCEvents {{ watchedPaths = {}, excludedPaths = {} }} >",
+                     listDescription(watchedPaths_), listDescription(excludedPaths_));
+}
+
+std::string SCEvent::description() const {
+  return fmt::format("<SCEvent {{ eventId = {}, eventPath = {}, eventFlag = {} }} >", eventId,
+                     eventPath, eventFlag);
+}
+
+}  // namespace kestro

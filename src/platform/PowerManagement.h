@@ -1,0 +1,26 @@
+// The power-management assertions that processes hold: what keeps the machine awake, and on whose
+// behalf. Main thread only.
+#pragma once
+
+#include <map>
+#include <optional>
+
+#include "platform/Accessibility.h"
+#include "platform/PropertyList.h"
+
+namespace kestro {
+
+class PowerManagement {
+ public:
+  // By the process that each assertion is listed under. Every member of a list is a dictionary with
+  // the designed platform's keys (AssertType, AssertName, ResourcesUsed, …); nothing is promised
+  // about the types of its values.
+  using AssertionsByProcess = std::map<ProcessIdentifier, PropertyListArray>;
+
+  virtual ~PowerManagement() = default;
+
+  // Absent when the platform cannot tell, or tells something of another shape.
+  virtual std::optional<AssertionsByProcess> assertionsByProcess() = 0;
+};
+
+}  // namespace kestro

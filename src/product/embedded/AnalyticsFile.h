@@ -1,0 +1,29 @@
+// The file that analytics events are appended to: Analytics.jsonl in the data directory, one event
+// a line, readable by its owner alone. An event that cannot be written is lost; that is logged
+// once.
+#pragma once
+
+#include <fstream>
+
+#include "platform/PropertyList.h"
+
+namespace kestro {
+
+class Process;
+
+class AnalyticsFile {
+ public:
+  explicit AnalyticsFile(Process& process) : process_(process) {}
+
+  // Adds the time.
+  void append(PropertyListDictionary event);
+
+ private:
+  bool open();
+
+  Process& process_;
+  std::ofstream file_;
+  bool hasReportedFailure_ = false;
+};
+
+}  // namespace kestro

@@ -1,0 +1,98 @@
+#include "product/embedded/TimeEntryTable.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+
+#include "platform/Process.h"
+#include "platform/Transcript.h"
+
+namespace kestro {
+namespace {
+
+double seconds(Date date) {
+  const auto milliseconds =
+      std::chrono::round<std::chrono::milliseconds>(date).time_since_epoch().count();
+  return static_cast<double>(milliseconds) / 1000.0;
+}
+
+void bind(SQLite::Statement& statement, int index, const std::optional<std::string>& text) {
+  if (text) statement.bind(index, *text);
+}
+
+}  // namespace
+
+TaskActivity TimeEntryTable::insert(const TaskActivityDescriptor& entry) {
+  const auto project = projectIdentifier(entry.project);
+  SQLite::Statement statement(database_,
+                              "INSERT INTO time_entries (start, end, title, project_id, provenance)"
+                              " VALUES (?, ?, ?, ?, ?)");
+  statement.bind(1, seconds(entry.start));
+  statement.bind(2, seconds(entry.end));
+  bind(statement, 3, entry.title);
+  if (project) statement.bind(4, *project);
+  bind(statement, 5, entry.provenance);
+  statement.exec();
+  return {database_.getLastInsertRowid(), entry.start, entry.end, entry.title, entry.project};
+}
+
+void TimeEntryTable::update(const TaskActivity& entry) {
+  const auto project = projectIdentifier(entry.project);
+  SQLite::Statement statement(
+      database_,
+      "UPDATE time_entries SET start = ?, end = ?, title = ?, project_id = ? WHERE id = ?");
+  statement.bind(1, seconds(entry.start));
+  statement.bind(2, seconds(entry.end));
+  bind(statement, 3, entry.title);
+  if (project) statement.bind(4, *project);
+  statement.bind(5, entry.identifier);
+  statement.exec();
+}
+
+bool TimeEntryTable::hasRunningTimer() {
+  return database_.execAndGet("SELECT count(*) FROM running_timer").getInt() > 0;
+}
+
+std::optional<std::int64_t> TimeEntryTable::projectIdentifier(
+    const std::optional<std::string>& name) {
+  if (!name || name->empty()) return std::nullopt;
+  SQLite::Statement add(database_, "INSERT OR IGNORE INTO projects (name) VALUES (?)");
+  add.bind(1, *name);
+  add.exec();
+  SQLite::Statement find(database_, "SELECT id FROM projects WHERE name = ?");
+  find.bind(1, *name);
+  find.executeStep();
+  return find.getColumn(0).getInt64();
+}
+
+std::optional<Project> TimeEntryTable::latestProjectOfProvenance(const std::string& provenance) {
+  return latestProject("provenance", provenance);
+}
+
+std::optional<Project> TimeEntryTable::latestProjectOfTitle(const std::string& title) {
+  return latestProject("title", title);
+}
+
+std::optional<Project> TimeEntryTable::latestProject(const char* column, const std::string& value) {
+  SQLite::Statement statement(database_,
+                              fmt::format("SELECT projects.id, projects.name FROM time_entries"
+                                          " JOIN projects ON projects.id = project_id WHERE {} = ?"
+                                          " ORDER BY start DESC LIMIT 1",
+                                          column));
+  statement.bind(1, value);
+  if (!statement.executeStep()) return std::nullopt;
+  return Project{statement.getColumn(0).getInt64(), statement.getColumn(1).getString()};
+}
+
+void recordTimeEntry(Process& process, const TaskActivity& entry) {
+  Transcript& transcript = process.platform().transcript;
+  if (!transcript.isActive()) return;
+  PropertyListDictionary fields;
+  fields.setIfPresent("title", entry.title);
+  fields.set("start", entry.start);
+  fields.set("end", entry.end);
+  fields.setIfPresent("project", entry.project);
+  transcript.record("timeEntry", std::move(fields));
+}
+
+}  // namespace kestro
