@@ -55,7 +55,7 @@ void dumpSnapshot(Process& process, const AssertionsByProcess& byProcess,
                   const PowerManagementAssertions::LogSink& logSink) {
   logSink("PowerManagementAssertions.pmAssertionsDictionary:");
   logSink(propertyListDescription(asPropertyList(byProcess)));
-  logSink("\n" + snapshot.description());
+  logSink(fmt::format("\n{}", snapshot.description()));
   logSink("\nInfo for *all* processes found in the assertions dictionary:\n");
   for (const ProcessIdentifier pid : allPids(byProcess))
     dumpProcess(process, pid, logSink);

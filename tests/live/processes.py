@@ -1,6 +1,7 @@
 """Starts programs on the private desktop and ends them, each with its whole process group."""
 
 import http.server
+import json
 import os
 import pathlib
 import signal
@@ -54,15 +55,35 @@ def qt_application(title):
     return Program(sys.executable, HERE / "qt_application.py", title)
 
 
-def chromium(address, *switches):
+def chromium(*arguments, user_data=None):
+    """A browser of its own, with an address among its arguments."""
+    user_data = user_data or tempfile.mkdtemp(dir=os.environ["HOME"])
     return Program(
         "chromium",
         # Its own sandbox refuses to run as root; the desktop is private and off the network.
         "--no-sandbox", "--test-type", "--no-first-run", "--disable-gpu", "--disable-quic",
         "--disable-background-networking", "--disable-component-update", "--disable-sync",
-        "--password-store=basic", f"--user-data-dir={tempfile.mkdtemp(dir=os.environ['HOME'])}",
-        *switches, address,
+        "--password-store=basic", f"--user-data-dir={user_data}", *arguments,
     )
+
+
+def chromium_profiles(first, second):
+    """A directory of user data with two profiles of these names, of which the second was used last;
+    its directory is "Profile 1"."""
+    directory = pathlib.Path(tempfile.mkdtemp(dir=os.environ["HOME"]))
+    names = {"Default": first, "Profile 1": second}
+    for profile in names:
+        (directory / profile).mkdir()
+    profiles = {profile: {"name": name, "is_using_default_name": False}
+                for profile, name in names.items()}
+    (directory / "Local State").write_text(json.dumps(
+        {"profile": {"info_cache": profiles, "last_used": "Profile 1", "profiles_created": 2}}))
+    return directory
+
+
+def chromium_application(address, window_class):
+    """A window without the browser's controls, of the given class."""
+    return chromium(f"--app={address}", f"--class={window_class}")
 
 
 FIREFOX_PREFERENCES = """
@@ -74,10 +95,10 @@ user_pref("termsofuse.bypassNotification", true);
 """
 
 
-def firefox(address):
+def firefox(*arguments):
     profile = pathlib.Path(tempfile.mkdtemp(dir=os.environ["HOME"]))
     (profile / "user.js").write_text(FIREFOX_PREFERENCES)
-    return Program("firefox-esr", "--no-remote", "--profile", profile, address)
+    return Program("firefox-esr", "--no-remote", "--profile", profile, *arguments)
 
 
 def run(*command):

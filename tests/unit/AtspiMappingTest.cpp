@@ -1,14 +1,21 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "platform/linux/AtspiConnection.h"
 #include "platform/linux/AtspiRoles.h"
+#include "platform/linux/EmbeddedTexts.h"
 #include "platform/linux/WindowMatching.h"
 
 namespace kestro {
 namespace {
 
 AtspiTraits traits(std::uint64_t states, std::string xmlRoles, bool isTopLevel) {
-  return {AtspiStates(states), std::move(xmlRoles), isTopLevel};
+  return {AtspiStates(states), std::move(xmlRoles), "", "", isTopLevel};
+}
+
+AtspiTraits markup(std::string tag, std::string xmlRoles = "", std::string hasPopup = "") {
+  return {{}, std::move(xmlRoles), std::move(tag), std::move(hasPopup), false};
 }
 
 constexpr std::uint64_t bit(AtspiState state) {
@@ -40,6 +47,22 @@ TEST(AtspiMapping, RolesAndSubroles) {
       {90, {}, "AXRow AXTableRow"},
       {91, {}, "AXRow AXOutlineRow"},
       {94, {}, "AXTextArea -"},
+      // Elements of web pages, and their namesakes in other applications.
+      {39, markup("div", "group"), "AXGroup AXApplicationGroup"},
+      {39, {}, "AXGroup -"},
+      {78, markup("body", "application"), "AXGroup AXWebApplication"},
+      {71, markup("header"), "AXGroup AXSectionHeader"},
+      {49, markup("div", "tabpanel"), "AXGroup AXTabPanel"},
+      {49, {}, "AXScrollArea -"},
+      {82, markup("div", "document"), "AXGroup AXDocument"},
+      {82, {}, "AXWebArea -"},
+      {43, markup("button", "", "menu"), "AXPopUpButton -"},
+      {43, markup("button", "", "false"), "AXButton -"},
+      {43, markup("", "", "menu"), "AXButton -"},
+      {62, markup("button"), "AXCheckBox AXToggleButton"},
+      {62, markup("div", "switch"), "AXCheckBox AXSwitch"},
+      {62, markup("summary"), "AXButton AXToggle"},
+      {109, markup("article"), "AXGroup AXDocumentArticle"},
       {4711, {}, "AXUnknown -"},
   };
   for (const Case& each : cases) {
@@ -47,6 +70,9 @@ TEST(AtspiMapping, RolesAndSubroles) {
     const std::string found =
         std::string(axRole(role, each.traits)) + " " + axSubrole(role, each.traits).value_or("-");
     EXPECT_EQ(found, each.expected) << each.role;
+    if (found.starts_with("AXUnknown")) continue;
+    const auto searched = atspiRoles(axRole(role, each.traits)).roles;
+    EXPECT_NE(std::ranges::find(searched, role), searched.end()) << each.role;
   }
 }
 
@@ -69,6 +95,27 @@ TEST(AtspiMapping, ErrorsOfTheBus) {
   for (const Case& each : cases) {
     EXPECT_EQ(accessibilityError(each.result, each.name), each.expected)
         << (each.name ? each.name : "no name");
+  }
+}
+
+TEST(EmbeddedTexts, StandWhereTheirMarksAre) {
+  struct Case {
+    const char* text;
+    std::vector<EmbeddedText> embedded;
+    const char* expected;
+  };
+  const Case cases[]{
+      {"plain\n", {}, "plain"},
+      {"\uFFFC\uFFFC",
+       {{"Dear Mara,", true}, {"the lights are on.", true}},
+       "Dear Mara,\nthe lights are on."},
+      {"\uFFFC\uFFFC", {{"one\n", true}, {"", true}}, "one"},
+      {"before\uFFFCafter", {{"block", true}}, "before\nblock\nafter"},
+      {"see \uFFFC there", {{"the link", false}}, "see the link there"},
+      {"a\uFFFCb\uFFFC", {{"1", false}}, "a1b"},
+  };
+  for (const Case& each : cases) {
+    EXPECT_EQ(withEmbeddedTexts(each.text, each.embedded), each.expected) << each.text;
   }
 }
 

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -86,6 +88,33 @@ TEST(DesktopEntries, NamesInTheUsersLanguage) {
   }
   EXPECT_FALSE(parseDesktopEntry("", {}));
   EXPECT_FALSE(parseDesktopEntry("[Desktop Entry]\nType=Application\nName=\xff\n", {}));
+}
+
+// Only a browser's pages are documents.
+TEST(ApplicationIdentity, Browsers) {
+  ApplicationsDirectory directory;
+  directory.write("slack.desktop",
+                  "Name=Slack\nStartupWMClass=Slack\nMimeType=x-scheme-handler/slack;\n");
+  directory.write(
+      "falkon.desktop",
+      "Name=Falkon\nStartupWMClass=Falkon\nMimeType=text/html; x-scheme-handler/https;\n");
+  directory.write("firefox.desktop", "Name=Firefox\nStartupWMClass=Nightly\n");
+  directory.write(
+      "chrome-abc-Default.desktop",
+      "Name=Mail\nStartupWMClass=crx_abc\nExec=/opt/google/chrome/google-chrome --app-id=abc\n");
+  DesktopEntries entries({directory.path()}, {"en"});
+  ApplicationIdentity identity(entries);
+  struct Case {
+    const char* className;
+    bool isBrowser;
+  };
+  const Case cases[]{
+      {"Slack", false}, {"Falkon", true}, {"Nightly", true}, {"crx_abc", true}, {"unknown", true}};
+  for (const Case& each : cases) {
+    X11Window window;
+    window.className = each.className;
+    EXPECT_EQ(identity.isBrowser(getpid(), window), each.isBrowser) << each.className;
+  }
 }
 
 TEST(ApplicationIdentity, KnownApplicationsAndTheRest) {

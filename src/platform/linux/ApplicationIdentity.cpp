@@ -77,6 +77,11 @@ const DesktopEntry* findByProgram(const std::vector<DesktopEntry>& entries,
   return find(entries, [&](const auto& entry) { return entry.program == program; });
 }
 
+bool isBrowserEntry(const DesktopEntry& entry) {
+  return entry.opensWebAddresses || isNameOfBrowser(entry.identifier) ||
+         isNameOfBrowser(entry.program);
+}
+
 std::optional<std::string> present(std::string text) {
   return text.empty() ? std::nullopt : std::optional(std::move(text));
 }
@@ -94,14 +99,23 @@ const DesktopEntry* findDesktopEntry(const std::vector<DesktopEntry>& entries,
 
 RunningApplication ApplicationIdentity::application(ProcessIdentifier process,
                                                     const X11Window* window) {
+  const Identity& identity = identityOf(process, window);
+  return {process, identity.bundleIdentifier, identity.name, executablePath(process),
+          identity.bundlePath};
+}
+
+bool ApplicationIdentity::isBrowser(ProcessIdentifier process, const X11Window& window) {
+  return identityOf(process, &window).isBrowser;
+}
+
+const ApplicationIdentity::Identity& ApplicationIdentity::identityOf(ProcessIdentifier process,
+                                                                     const X11Window* window) {
   ApplicationTraits traits;
   if (window) {
     traits = {window->gtkApplicationIdentifier, window->instanceName, window->className, {}};
   }
-  const auto executable = executablePath(process);
-  traits.executablePath = executable.value_or("");
-  const Identity& identity = identityOf(traits);
-  return {process, identity.bundleIdentifier, identity.name, executable, identity.bundlePath};
+  traits.executablePath = executablePath(process).value_or("");
+  return identityOf(traits);
 }
 
 const ApplicationIdentity::Identity& ApplicationIdentity::identityOf(
@@ -131,6 +145,8 @@ ApplicationIdentity::Identity ApplicationIdentity::makeIdentity(const Applicatio
   }
   if (!identity.name) identity.name = present(traits.className);
   if (!identity.name) identity.name = present(program);
+  identity.isBrowser = entry ? isBrowserEntry(*entry)
+                             : isNameOfBrowser(program) || !bundleIdentifierForName(program);
   return identity;
 }
 

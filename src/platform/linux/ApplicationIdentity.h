@@ -41,14 +41,20 @@ class ApplicationIdentity {
   // bundle identifier is the designed platform's where it knows the application, else the desktop
   // identifier, else the window class in lower case, else the name of the executable file.
   RunningApplication application(ProcessIdentifier process, const X11Window* window);
+  // Whether the pages that its windows show are its documents, and not the application itself: a
+  // known browser, an application (also one of a browser's installed web applications) whose
+  // desktop file opens web addresses or starts such a browser, or one of which nothing is known.
+  bool isBrowser(ProcessIdentifier process, const X11Window& window);
 
  private:
   struct Identity {
     std::optional<std::string> bundleIdentifier;
     std::optional<std::string> name;
     std::optional<std::string> bundlePath;
+    bool isBrowser = false;
   };
 
+  const Identity& identityOf(ProcessIdentifier process, const X11Window* window);
   const Identity& identityOf(const ApplicationTraits& traits);
   Identity makeIdentity(const ApplicationTraits& traits);
 

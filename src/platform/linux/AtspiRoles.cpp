@@ -17,15 +17,25 @@ constexpr RoleRow roleRows[]{
     {AtspiRole::application, "AXApplication", ""},
     {AtspiRole::article, "AXGroup", "AXDocumentArticle"},
     {AtspiRole::autocomplete, "AXTextField", ""},
+    {AtspiRole::blockQuote, "AXGroup", ""},
     {AtspiRole::canvas, "AXImage", ""},
+    {AtspiRole::caption, "AXGroup", ""},
     {AtspiRole::checkBox, "AXCheckBox", ""},
     {AtspiRole::checkMenuItem, "AXMenuItem", ""},
+    {AtspiRole::comment, "AXGroup", ""},
+    {AtspiRole::descriptionList, "AXList", "AXDescriptionList"},
+    {AtspiRole::descriptionTerm, "AXGroup", "AXTerm"},
+    {AtspiRole::descriptionValue, "AXGroup", "AXDescription"},
     {AtspiRole::documentFrame, "AXWebArea", ""},
     {AtspiRole::documentText, "AXTextArea", ""},
     {AtspiRole::documentWeb, "AXWebArea", ""},
+    {AtspiRole::embedded, "AXGroup", ""},
     {AtspiRole::filler, "AXGroup", ""},
+    {AtspiRole::footer, "AXGroup", "AXSectionFooter"},
+    {AtspiRole::form, "AXGroup", ""},
     {AtspiRole::frame, "AXWindow", "AXStandardWindow"},
     {AtspiRole::grouping, "AXGroup", ""},
+    {AtspiRole::header, "AXGroup", "AXSectionHeader"},
     {AtspiRole::heading, "AXHeading", ""},
     {AtspiRole::icon, "AXImage", ""},
     {AtspiRole::image, "AXImage", ""},
@@ -36,6 +46,7 @@ constexpr RoleRow roleRows[]{
     {AtspiRole::list, "AXList", ""},
     {AtspiRole::listBox, "AXList", ""},
     {AtspiRole::listItem, "AXGroup", ""},
+    {AtspiRole::log, "AXGroup", ""},
     {AtspiRole::menu, "AXMenu", ""},
     {AtspiRole::menuBar, "AXMenuBar", ""},
     {AtspiRole::menuItem, "AXMenuItem", ""},
@@ -48,6 +59,7 @@ constexpr RoleRow roleRows[]{
     {AtspiRole::popupMenu, "AXMenu", ""},
     {AtspiRole::progressBar, "AXProgressIndicator", ""},
     {AtspiRole::pushButton, "AXButton", ""},
+    {AtspiRole::pushButtonMenu, "AXPopUpButton", ""},
     {AtspiRole::radioButton, "AXRadioButton", ""},
     {AtspiRole::radioMenuItem, "AXMenuItem", ""},
     {AtspiRole::scrollBar, "AXScrollBar", ""},
@@ -62,6 +74,7 @@ constexpr RoleRow roleRows[]{
     {AtspiRole::table, "AXTable", ""},
     {AtspiRole::tableCell, "AXCell", ""},
     {AtspiRole::tableRow, "AXRow", "AXTableRow"},
+    {AtspiRole::timer, "AXGroup", ""},
     {AtspiRole::toggleButton, "AXButton", "AXToggle"},
     {AtspiRole::toolBar, "AXToolbar", ""},
     {AtspiRole::toolTip, "AXHelpTag", ""},
@@ -72,11 +85,15 @@ constexpr RoleRow roleRows[]{
     {AtspiRole::window, "AXWindow", "AXStandardWindow"},
 };
 
+// Of toggle buttons in pages.
+constexpr std::string_view toggleButtonSubrole = "AXToggleButton";
+
 struct LandmarkRow {
   std::string_view xmlRole;
   std::string_view axSubrole;
 };
 
+// As W3C's Core Accessibility API Mappings give them.
 constexpr LandmarkRow landmarkRows[]{
     {"banner", "AXLandmarkBanner"},
     {"complementary", "AXLandmarkComplementary"},
@@ -86,7 +103,10 @@ constexpr LandmarkRow landmarkRows[]{
     {"navigation", "AXLandmarkNavigation"},
     {"region", "AXLandmarkRegion"},
     {"search", "AXLandmarkSearch"},
-    {"application", "AXApplicationGroup"},
+    {"application", "AXWebApplication"},
+    {"group", "AXApplicationGroup"},
+    {"document", "AXDocument"},
+    {"note", "AXDocumentNote"},
     {"article", "AXDocumentArticle"},
     {"timer", "AXApplicationTimer"},
     {"tabpanel", "AXTabPanel"},
@@ -95,6 +115,7 @@ constexpr LandmarkRow landmarkRows[]{
     {"dialog", "AXApplicationDialog"},
     {"log", "AXApplicationLog"},
     {"status", "AXApplicationStatus"},
+    {"switch", "AXSwitch"},
 };
 
 const RoleRow* rowOf(AtspiRole role) {
@@ -108,6 +129,27 @@ bool isDialog(AtspiRole role) {
 
 bool isTextEntry(AtspiRole role) {
   return role == AtspiRole::entry || role == AtspiRole::text;
+}
+
+// Elements of web pages whose counterpart their role does not tell.
+enum class MarkupKind { none, tabPanel, innerDocument, menuButton, toggle };
+
+MarkupKind markupKind(AtspiRole role, const AtspiTraits& traits) {
+  if (traits.tag.empty()) return MarkupKind::none;
+  switch (role) {
+    case AtspiRole::scrollPane:
+      return traits.xmlRoles == "tabpanel" ? MarkupKind::tabPanel : MarkupKind::none;
+    case AtspiRole::documentFrame:
+      return traits.xmlRoles == "document" ? MarkupKind::innerDocument : MarkupKind::none;
+    case AtspiRole::pushButton: {
+      const bool opensMenu = !traits.hasPopup.empty() && traits.hasPopup != "false";
+      return opensMenu ? MarkupKind::menuButton : MarkupKind::none;
+    }
+    case AtspiRole::toggleButton:
+      return traits.tag == "summary" ? MarkupKind::none : MarkupKind::toggle;
+    default:
+      return MarkupKind::none;
+  }
 }
 
 // `xml-roles` may name several roles; the first that is known counts.
@@ -136,18 +178,35 @@ std::string_view axRole(AtspiRole role, const AtspiTraits& traits) {
   if (role == AtspiRole::comboBox) {
     return traits.states.has(AtspiState::editable) ? "AXComboBox" : "AXPopUpButton";
   }
+  switch (markupKind(role, traits)) {
+    case MarkupKind::tabPanel:
+    case MarkupKind::innerDocument:
+      return "AXGroup";
+    case MarkupKind::menuButton:
+      return "AXPopUpButton";
+    case MarkupKind::toggle:
+      return "AXCheckBox";
+    case MarkupKind::none:
+      break;
+  }
   const RoleRow* row = rowOf(role);
   return row ? row->axRole : "AXUnknown";
 }
 
+bool roleDependsOnAttributes(AtspiRole role) {
+  return role == AtspiRole::scrollPane || role == AtspiRole::documentFrame ||
+         role == AtspiRole::pushButton || role == AtspiRole::toggleButton;
+}
+
 bool subroleDependsOnAttributes(AtspiRole role) {
   const RoleRow* row = rowOf(role);
-  return isDialog(role) || (row && row->axRole == "AXGroup");
+  return isDialog(role) || roleDependsOnAttributes(role) || (row && row->axRole == "AXGroup");
 }
 
 std::optional<std::string> axSubrole(AtspiRole role, const AtspiTraits& traits) {
   if (isDialog(role) && traits.isTopLevel) return "AXDialog";
   if (auto subrole = subroleOfXmlRoles(traits.xmlRoles)) return subrole;
+  if (markupKind(role, traits) == MarkupKind::toggle) return std::string(toggleButtonSubrole);
   const RoleRow* row = rowOf(role);
   if (!row || row->axSubrole.empty()) return std::nullopt;
   return std::string(row->axSubrole);
@@ -169,10 +228,15 @@ AtspiRoleChoice atspiRoles(std::string_view axRole) {
       {AtspiRole::entry, {"AXTextArea", "AXTextField"}},
       {AtspiRole::text, {"AXTextArea", "AXTextField"}},
       {AtspiRole::comboBox, {"AXComboBox", "AXPopUpButton"}},
+      {AtspiRole::scrollPane, {"AXScrollArea", "AXGroup"}},
+      {AtspiRole::documentFrame, {"AXWebArea", "AXGroup"}},
+      {AtspiRole::pushButton, {"AXButton", "AXPopUpButton"}},
+      {AtspiRole::toggleButton, {"AXButton", "AXCheckBox"}},
   };
   AtspiRoleChoice choice;
   for (const RoleRow& row : roleRows) {
-    if (row.axRole == axRole) choice.roles.push_back(row.role);
+    if (row.axRole == axRole && !roleDependsOnAttributes(row.role))
+      choice.roles.push_back(row.role);
   }
   for (const Uncertain& row : uncertainRows) {
     if (std::ranges::find(row.axRoles, axRole) == std::end(row.axRoles)) continue;
@@ -192,6 +256,7 @@ std::vector<AtspiRole> atspiRolesOfSubrole(std::string_view axSubrole) {
   for (const RoleRow& row : roleRows) {
     if (row.axSubrole == axSubrole) roles.push_back(row.role);
   }
+  if (axSubrole == toggleButtonSubrole) roles.push_back(AtspiRole::toggleButton);
   return roles;
 }
 

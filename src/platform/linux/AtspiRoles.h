@@ -13,16 +13,20 @@ namespace kestro {
 // What a role alone does not tell.
 struct AtspiTraits {
   AtspiStates states;
-  std::string xmlRoles;     // the object attribute, empty outside web content
+  std::string xmlRoles;  // the object attributes `xml-roles`, `tag` and `haspopup`: empty outside
+  std::string tag;       // web content, and where an element has none
+  std::string hasPopup;
   bool isTopLevel = false;  // a child of the application
 };
 
 // Whether `axRole` needs `traits.states` (the rest is free), so that they are read only then.
 bool roleDependsOnStates(AtspiRole role);
+// Whether, in Chromium's pages, it needs the traits that are object attributes.
+bool roleDependsOnAttributes(AtspiRole role);
 // AXUnknown for a role that has no counterpart.
 std::string_view axRole(AtspiRole role, const AtspiTraits& traits);
 
-// Whether `axSubrole` needs `traits.xmlRoles`.
+// Whether `axSubrole` needs the traits that are object attributes.
 bool subroleDependsOnAttributes(AtspiRole role);
 std::optional<std::string> axSubrole(AtspiRole role, const AtspiTraits& traits);
 

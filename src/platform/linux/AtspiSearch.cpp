@@ -29,6 +29,10 @@ void addSubrole(const std::string& subrole, bool hasIdentifier, AtspiMatchRule& 
   if (!word.empty() && !hasIdentifier) rule.attributes = {{"xml-roles", std::string(word)}};
 }
 
+bool dependsOnAttributes(std::string_view axRole) {
+  return std::ranges::any_of(atspiRoles(axRole).roles, roleDependsOnAttributes);
+}
+
 }  // namespace
 
 AtspiQuestion questionFor(const Conditions& conditions) {
@@ -160,7 +164,8 @@ void AtspiSearch::prefetch(const std::vector<AtspiObject>& objects, const Condit
     const bool isOfRole = attribute == "AXRole" || attribute == "AXSubrole";
     needsNames = needsNames || isText;
     needsRoles = needsRoles || isText || isOfRole || attribute == "AXURL";
-    needsAttributes = needsAttributes || attribute == "AXDOMClassList" || attribute == "AXSubrole";
+    needsAttributes = needsAttributes || attribute == "AXDOMClassList" ||
+                      attribute == "AXSubrole" || (isOfRole && dependsOnAttributes(condition.text));
   }
   if (needsRoles) reader_.prefetchRoles(objects);
   if (needsAttributes) reader_.prefetchAttributes(objects);

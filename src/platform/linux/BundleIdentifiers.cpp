@@ -12,7 +12,7 @@ struct Row {
 };
 
 // Names as the packages of Debian, Fedora, Arch, Flathub and the makers themselves use them.
-constexpr Row rows[]{
+constexpr Row browsers[]{
     {"chromium", "org.chromium.Chromium"},
     {"chromium-browser", "org.chromium.Chromium"},
     {"org.chromium.chromium", "org.chromium.Chromium"},
@@ -37,6 +37,9 @@ constexpr Row rows[]{
     {"zen", "app.zen-browser.zen"},
     {"zen-browser", "app.zen-browser.zen"},
     {"app.zen_browser.zen", "app.zen-browser.zen"},
+};
+
+constexpr Row otherApplications[]{
     {"slack", "com.tinyspeck.slackmacgap"},
     {"slack_slack", "com.tinyspeck.slackmacgap"},
     {"com.slack.slack", "com.tinyspeck.slackmacgap"},
@@ -71,13 +74,23 @@ constexpr Row rows[]{
     {"shift", "com.shift.browser"},
 };
 
-}  // namespace
-
-std::optional<std::string> bundleIdentifierForName(std::string_view name) {
+template <std::size_t Count>
+std::optional<std::string> find(const Row (&rows)[Count], std::string_view name) {
   std::string key(name);
   std::ranges::transform(key, key.begin(), [](unsigned char c) { return std::tolower(c); });
   const auto* row = std::ranges::find(rows, key, &Row::name);
   return row == std::end(rows) ? std::nullopt : std::optional(std::string(row->bundleIdentifier));
+}
+
+}  // namespace
+
+std::optional<std::string> bundleIdentifierForName(std::string_view name) {
+  auto identifier = find(browsers, name);
+  return identifier ? identifier : find(otherApplications, name);
+}
+
+bool isNameOfBrowser(std::string_view name) {
+  return find(browsers, name).has_value();
 }
 
 }  // namespace kestro

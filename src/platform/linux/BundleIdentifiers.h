@@ -11,4 +11,7 @@ namespace kestro {
 // case. Absent when the table has no row for it.
 std::optional<std::string> bundleIdentifierForName(std::string_view name);
 
+// Whether it is the name of a browser that the table has.
+bool isNameOfBrowser(std::string_view name);
+
 }  // namespace kestro

@@ -75,6 +75,17 @@ std::string programOf(std::string_view command) {
   return {};
 }
 
+// In a list of types that end with ";".
+bool namesWebScheme(std::string_view types) {
+  while (!types.empty()) {
+    const std::size_t end = std::min(types.find(';'), types.size());
+    const std::string_view type = trimmed(types.substr(0, end));
+    if (type == "x-scheme-handler/http" || type == "x-scheme-handler/https") return true;
+    types.remove_prefix(std::min(end + 1, types.size()));
+  }
+  return false;
+}
+
 }  // namespace
 
 std::optional<DesktopEntry> parseDesktopEntry(std::string_view text,
@@ -91,6 +102,7 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text,
   }
   entry.windowClass = member("StartupWMClass");
   entry.program = programOf(member("Exec"));
+  entry.opensWebAddresses = namesWebScheme(member("MimeType"));
   return entry;
 }
 

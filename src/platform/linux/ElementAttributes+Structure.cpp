@@ -9,7 +9,7 @@ namespace {
 
 // How far a window may lie above an element.
 constexpr int deepestElement = 100;
-constexpr std::size_t mostViewClasses = 1024;
+constexpr std::size_t mostOrigins = 1024;
 
 }  // namespace
 
@@ -22,20 +22,30 @@ AccessibilityResult<AttributeValue> ElementAttributes::elements(
   return AttributeValue(std::move(list));
 }
 
+// What an element of a Chromium process is part of; absent for elements of others. A request for
+// one that is asked about first, none later.
+std::optional<ElementAttributes::Origin> ElementAttributes::chromiumOrigin(
+    const AtspiObject& object) {
+  if (applications_.toolkit(object) != AtspiToolkit::chromium) return std::nullopt;
+  const bool isOutdated = originsOf_ != applications_.connectionNumber();
+  if (isOutdated || origins_.size() > mostOrigins) origins_.clear();
+  originsOf_ = applications_.connectionNumber();
+  const auto known = origins_.find(object);
+  if (known != origins_.end()) return known->second;
+  const auto attributes = reader_.attributes(object);
+  if (!attributes.value) return std::nullopt;
+  const auto found = attributes.value->find("class");
+  Origin origin;
+  if (found != attributes.value->end()) origin.className = found->second;
+  origin.isPage = attributes.value->contains("tag");
+  origins_[object] = origin;
+  return origin;
+}
+
 // The class of a container in a Chromium browser's own controls, empty for other elements.
 std::string ElementAttributes::viewClass(const AtspiObject& object) {
-  if (applications_.toolkit(object) != AtspiToolkit::chromium) return {};
-  const bool isOutdated = viewClassesOf_ != applications_.connectionNumber();
-  if (isOutdated || viewClasses_.size() > mostViewClasses) viewClasses_.clear();
-  viewClassesOf_ = applications_.connectionNumber();
-  const auto known = viewClasses_.find(object);
-  if (known != viewClasses_.end()) return known->second;
-  const auto attributes = reader_.attributes(object);
-  if (!attributes.value) return {};
-  const auto found = attributes.value->find("class");
-  std::string name = found == attributes.value->end() ? std::string() : found->second;
-  viewClasses_[object] = name;
-  return name;
+  const auto origin = chromiumOrigin(object);
+  return origin && !origin->isPage ? origin->className : std::string();
 }
 
 AccessibilityResult<AttributeValue> ElementAttributes::children(const AtspiElement& element) {
@@ -157,11 +167,16 @@ AccessibilityResult<AttributeValue> ElementAttributes::isMain(const AtspiElement
   return AttributeValue(*main.value == element.object());
 }
 
-// The page of a browser's window. Applications that edit files do not tell which.
+// The page of a browser's window. Applications that edit files do not tell which, and the page of a
+// web-view application is the application itself.
 AccessibilityResult<AttributeValue> ElementAttributes::document(const AtspiElement& element) {
   const auto role = reader_.role(element.object());
   if (!role.value) return role.error;
   if (*role.value != AtspiRole::frame) return AccessibilityError::attributeUnsupported;
+  const auto window = windows_.windowOf(element.object(), element.process());
+  if (window && !identity_.isBrowser(element.process(), *window)) {
+    return AccessibilityError::noValue;
+  }
   const auto page = reader_.activeDocument(element.object());
   if (!page.value) return page.error;
   const auto address = pageAddress(*page.value);

@@ -3,8 +3,13 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/linux/EmbeddedTexts.h"
+
 namespace kestro {
 namespace {
+
+// Of a text that is read: a letter being written may have any number of paragraphs.
+constexpr int mostEmbeddedElements = 20;
 
 AccessibilityResult<AttributeValue> asValue(const AccessibilityResult<std::string>& text) {
   if (!text.value) return text.error;
@@ -26,6 +31,11 @@ AttributeValue::List split(std::string_view text) {
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return words;
+}
+
+std::string textOf(const AtspiAttributes& attributes, std::string_view name) {
+  const auto found = attributes.find(name);
+  return found == attributes.end() ? std::string() : found->second;
 }
 
 }  // namespace
@@ -116,6 +126,11 @@ AccessibilityResult<AttributeValue> ElementAttributes::pageScrollAreaValue(
   return elements(element, {*page.value});
 }
 
+bool ElementAttributes::isOfChromiumPage(const AtspiObject& object) {
+  const auto origin = chromiumOrigin(object);
+  return origin && origin->isPage;
+}
+
 AccessibilityResult<AtspiTraits> ElementAttributes::traits(const AtspiElement& element,
                                                            AtspiRole role, bool needsAttributes) {
   AtspiTraits traits;
@@ -127,11 +142,15 @@ AccessibilityResult<AtspiTraits> ElementAttributes::traits(const AtspiElement& e
     if (!states.value) return states.error;
     traits.states = *states.value;
   }
-  if (needsAttributes && subroleDependsOnAttributes(role)) {
+  const bool readsAttributes =
+      needsAttributes ? subroleDependsOnAttributes(role)
+                      : roleDependsOnAttributes(role) && isOfChromiumPage(element.object());
+  if (readsAttributes) {
     const auto attributes = reader_.attributes(element.object());
     if (!attributes.value) return attributes.error;
-    const auto found = attributes.value->find("xml-roles");
-    if (found != attributes.value->end()) traits.xmlRoles = found->second;
+    traits.xmlRoles = textOf(*attributes.value, "xml-roles");
+    traits.tag = textOf(*attributes.value, "tag");
+    traits.hasPopup = textOf(*attributes.value, "haspopup");
   }
   return traits;
 }
@@ -221,8 +240,10 @@ AccessibilityResult<AttributeValue> ElementAttributes::valueOfRole(const AtspiEl
     case AtspiRole::entry:
     case AtspiRole::text:
     case AtspiRole::autocomplete:
-    case AtspiRole::documentText:
-      return asValue(reader_.text(object));
+    case AtspiRole::documentText: {
+      int elementsLeft = mostEmbeddedElements;
+      return asValue(wholeText(object, elementsLeft));
+    }
     case AtspiRole::staticText:
     case AtspiRole::label:
     case AtspiRole::comboBox:
@@ -230,6 +251,24 @@ AccessibilityResult<AttributeValue> ElementAttributes::valueOfRole(const AtspiEl
     default:
       return AccessibilityError::noValue;  // a password is never read
   }
+}
+
+AccessibilityResult<std::string> ElementAttributes::wholeText(const AtspiObject& object,
+                                                              int& elementsLeft) {
+  auto text = reader_.text(object);
+  if (!text.value || !hasEmbeddedTexts(*text.value)) return text;
+  auto children = reader_.children(object);
+  if (!children.value) return text;
+  reader_.prefetchRoles(*children.value);
+  std::vector<EmbeddedText> embedded;
+  for (const AtspiObject& child : *children.value) {
+    const auto role = reader_.role(child);
+    if (role.value == AtspiRole::staticText) continue;  // it is part of the text itself
+    if (--elementsLeft < 0) break;
+    const bool isBlock = role.value != AtspiRole::link && role.value != AtspiRole::image;
+    embedded.push_back({wholeText(child, elementsLeft).value.value_or(""), isBlock});
+  }
+  return withEmbeddedTexts(*text.value, embedded);
 }
 
 AccessibilityResult<AttributeValue> ElementAttributes::objectAttribute(const AtspiElement& element,

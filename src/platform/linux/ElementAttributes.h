@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/Accessibility.h"
+#include "platform/linux/ApplicationIdentity.h"
 #include "platform/linux/AtspiElement.h"
 #include "platform/linux/AtspiRoles.h"
 #include "platform/linux/AtspiWindows.h"
@@ -15,8 +16,9 @@ namespace kestro {
 
 class ElementAttributes {
  public:
-  ElementAttributes(AtspiWindows& windows, AtspiApplications& applications, AtspiReader& reader)
-      : windows_(windows), applications_(applications), reader_(reader) {}
+  ElementAttributes(AtspiWindows& windows, AtspiApplications& applications, AtspiReader& reader,
+                    ApplicationIdentity& identity)
+      : windows_(windows), applications_(applications), reader_(reader), identity_(identity) {}
 
   // Of elements that are objects or a page's scroll area; attributeUnsupported for names that are
   // none of theirs.
@@ -72,7 +74,14 @@ class ElementAttributes {
   Result objectAttribute(const AtspiElement& element, std::string_view name);
   Result valueOfRole(const AtspiElement& element, AtspiRole role);
   bool isNamedByDescription(const AtspiElement& element);
+  struct Origin {
+    std::string className;
+    bool isPage = false;  // of a page, not of the browser's own controls
+  };
+  std::optional<Origin> chromiumOrigin(const AtspiObject& object);
+  bool isOfChromiumPage(const AtspiObject& object);
   std::string viewClass(const AtspiObject& object);
+  AccessibilityResult<std::string> wholeText(const AtspiObject& object, int& elementsLeft);
   AccessibilityResult<std::string> pageAddress(const AtspiObject& document);
   AccessibilityResult<Rect> bounds(const AtspiElement& element);
   Result elements(const AtspiElement& owner, const std::vector<AtspiObject>& objects) const;
@@ -80,8 +89,9 @@ class ElementAttributes {
   AtspiWindows& windows_;
   AtspiApplications& applications_;
   AtspiReader& reader_;
-  std::map<AtspiObject, std::string> viewClasses_;  // a view's class never changes
-  std::uint64_t viewClassesOf_ = 0;
+  ApplicationIdentity& identity_;
+  std::map<AtspiObject, Origin> origins_;  // never change
+  std::uint64_t originsOf_ = 0;
 };
 
 }  // namespace kestro

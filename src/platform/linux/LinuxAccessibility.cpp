@@ -38,14 +38,14 @@ bool isEnhancementSwitch(std::string_view attribute) {
 
 }  // namespace
 
-LinuxAccessibility::LinuxAccessibility(X11Desktop& desktop, SampleGeneration& generation,
-                                       SystemLog& log)
+LinuxAccessibility::LinuxAccessibility(X11Desktop& desktop, ApplicationIdentity& identity,
+                                       SampleGeneration& generation, SystemLog& log)
     : status_(log),
       connection_(status_, log, [this] { countRequests(); }),
       reader_(connection_, generation),
       applications_(connection_, reader_, generation),
       windows_(applications_, reader_, desktop, generation),
-      attributes_(windows_, applications_, reader_),
+      attributes_(windows_, applications_, reader_, identity),
       search_(attributes_, reader_) {
   // Applications look at this when they start.
   status_.enable();

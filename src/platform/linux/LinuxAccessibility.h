@@ -13,7 +13,8 @@ namespace kestro {
 
 class LinuxAccessibility final : public Accessibility {
  public:
-  LinuxAccessibility(X11Desktop& desktop, SampleGeneration& generation, SystemLog& log);
+  LinuxAccessibility(X11Desktop& desktop, ApplicationIdentity& identity,
+                     SampleGeneration& generation, SystemLog& log);
 
   // Whether the accessibility bus can be used.
   bool isTrusted() const override;

@@ -68,7 +68,7 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
       identity_(desktopEntries_),
       workspace_(x11_, identity_, generation_),
       windowServer_(x11_),
-      accessibility_(x11_, generation_, log_),
+      accessibility_(x11_, identity_, generation_, log_),
       defaults_(configurationDirectory(), log_),
       userNotifications_(runLoop_),
       timeEntryEditors_(runLoop_),
