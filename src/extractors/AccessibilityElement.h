@@ -78,9 +78,9 @@ class AccessibilityElement {
                                                               std::int64_t maxDepth) const;
   std::optional<AccessibilityElement> firstDescendantWithSubrole(std::string_view subrole,
                                                                  std::int64_t maxDepth) const;
-  // All of them, or the first `mostFound`, in pre-order; this element may be the first.
+  // The first `mostFound` of them, in pre-order; this element may be the first.
   List descendantsWith(const Conditions& conditions, std::int64_t maxDepth,
-                       std::size_t mostFound = mostElementsExamined) const;
+                       std::size_t mostFound) const;
   // The first element on the way from this one down its first children that satisfies the
   // predicate.
   std::optional<AccessibilityElement> firstAlongFirstChildren(std::int64_t maxDepth,

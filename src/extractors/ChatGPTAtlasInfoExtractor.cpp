@@ -10,6 +10,12 @@ namespace {
 constexpr const char* usualCompanion = "com.openai.atlas.web";
 constexpr const char* companionKey = "ChatGPTAtlasInfoExtractor_companionBundleIdentifier";
 
+// An empty preference counts as unset.
+std::string companionOf(const Process& process) {
+  const auto stored = process.platform().defaults.standard().string(companionKey);
+  return stored && !stored->empty() ? *stored : usualCompanion;
+}
+
 std::optional<AccessibilityElement> firstChild(const AccessibilityElement& element) {
   const auto children = element.children();
   return children.empty() ? std::nullopt : std::optional(children.front());
@@ -29,9 +35,7 @@ std::optional<AccessibilityElement> pageOf(const AccessibilityElement& window) {
 }  // namespace
 
 ChatGPTAtlasInfoExtractor::ChatGPTAtlasInfoExtractor(Process& process)
-    : process_(process),
-      companionBundleIdentifier_(
-          process.platform().defaults.standard().string(companionKey).value_or(usualCompanion)) {}
+    : process_(process), companionBundleIdentifier_(companionOf(process)) {}
 
 void ChatGPTAtlasInfoExtractor::enableWebContent() const {
   const Platform& platform = process_.platform();

@@ -45,11 +45,11 @@ bool hasFolderClass(const AccessibilityElement& element) {
 // row of the one button that opens and closes it. That row may be marked instead of the folder; a
 // folder inside is another section.
 std::optional<AccessibilityElement> headerOf(const AccessibilityElement& section) {
-  auto header =
-      only(section.descendantsWith({{attribute::subrole, std::string(subrole::sectionHeader)}}, 1));
+  auto header = only(
+      section.descendantsWith({{attribute::subrole, std::string(subrole::sectionHeader)}}, 1, 2));
   if (header && *header != section) return header;
-  const auto toggle =
-      only(section.descendantsWith({{attribute::subrole, std::string(subrole::toggleButton)}}, 2));
+  const auto toggle = only(
+      section.descendantsWith({{attribute::subrole, std::string(subrole::toggleButton)}}, 2, 2));
   const auto row = toggle ? toggle->parent() : std::nullopt;
   if (!row) return std::nullopt;
   if (isApplicationGroup(section) || hasFolderClass(section)) return *row == section ? toggle : row;
@@ -73,9 +73,10 @@ std::vector<std::string> contextPathIn(const AccessibilityElement& sidebar) {
 }
 
 std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
+  constexpr std::size_t mostSidebars = 5;
   const auto sidebars =
       window.descendantsWith({{attribute::subrole, std::string(subrole::landmarkNavigation)}},
-                             maxRecursionLevel(window.process()));
+                             maxRecursionLevel(window.process()), mostSidebars);
   for (const AccessibilityElement& sidebar : sidebars) {
     auto path = contextPathIn(sidebar);
     if (!path.empty()) return path;

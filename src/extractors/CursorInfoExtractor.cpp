@@ -13,8 +13,9 @@ constexpr int textDepth = 8;
 
 // By the first title tab that says it is this window's.
 std::optional<std::string> chatTitle(const AccessibilityElement& window) {
+  constexpr std::size_t mostTabs = 10;
   const auto tabs = window.descendantsWith({{attribute::domClassList, "chat-title-tab-trigger"}},
-                                           maxRecursionLevel(window.process()));
+                                           maxRecursionLevel(window.process()), mostTabs);
   const auto tab = firstMatching(
       [&](const AccessibilityElement& found) {
         return found.elementAttribute(attribute::window) == window;
@@ -35,7 +36,7 @@ std::optional<AccessibilityElement> headAround(const AccessibilityElement& entry
                                                const AccessibilityElement& sidebar) {
   for (const AccessibilityElement& ancestor : ancestorsUpTo(sidebar, entry)) {
     const auto heads =
-        ancestor.descendantsWith({{attribute::domClassList, "ui-sidebar-section-head"}}, 1);
+        ancestor.descendantsWith({{attribute::domClassList, "ui-sidebar-section-head"}}, 1, 2);
     if (heads.empty()) continue;
     if (heads.front() == ancestor || heads.front() == entry) return std::nullopt;
     return only(heads);

@@ -9,17 +9,21 @@ namespace kestro {
 namespace {
 
 // Split views lie in one another; the rows of an outline are not looked through.
+constexpr int splitGroupDepth = 6;
 constexpr int scrollAreaDepth = 6;
+constexpr int outlineDepth = 3;
 constexpr int textDepth = 3;
 constexpr int mostRowsUp = 20;
+constexpr std::size_t mostScrollAreas = 20;
+constexpr std::size_t mostTexts = 10;
 
 std::optional<AccessibilityElement> outlineIn(const AccessibilityElement& scrollArea) {
   if (auto outline = firstWithRole(role::outline, scrollArea.contents())) return outline;
-  return firstWithRole(role::outline, scrollArea.children());
+  return scrollArea.firstDescendantWithRole(role::outline, outlineDepth);
 }
 
 AccessibilityElements textsOf(const AccessibilityElement& row, std::string_view wantedRole) {
-  return row.descendantsWith({{attribute::role, std::string(wantedRole)}}, textDepth);
+  return row.descendantsWith({{attribute::role, std::string(wantedRole)}}, textDepth, mostTexts);
 }
 
 // A name can be edited; the static texts beside it are counters, and names only where it cannot.
@@ -42,10 +46,10 @@ std::vector<std::string> pathTo(const AccessibilityElement& selectedRow) {
 }
 
 std::vector<std::string> selectedPath(const AccessibilityElement& window) {
-  const auto splitGroup = firstWithRole(role::splitGroup, window.children());
+  const auto splitGroup = window.firstDescendantWithRole(role::splitGroup, splitGroupDepth);
   if (!splitGroup) return {};
   for (const AccessibilityElement& scrollArea : splitGroup->descendantsWith(
-           {{attribute::role, std::string(role::scrollArea)}}, scrollAreaDepth)) {
+           {{attribute::role, std::string(role::scrollArea)}}, scrollAreaDepth, mostScrollAreas)) {
     const auto outline = outlineIn(scrollArea);
     const auto rows = outline ? outline->selectedRows() : AccessibilityElements{};
     if (rows.empty()) continue;

@@ -10,6 +10,15 @@
 namespace kestro {
 namespace {
 
+// The same with further groups around its parts.
+std::optional<AccessibilityElement> wrappedToolbarOf(const AccessibilityElement& webArea) {
+  const auto depth = maxRecursionLevel(webArea.process());
+  const auto contents =
+      webArea.firstDescendantWith({{attribute::domIdentifier, "desktop-app-contents"}}, depth);
+  if (!contents) return std::nullopt;
+  return contents->firstDescendantWith({{attribute::domIdentifier, "desktop-app-toolbar"}}, depth);
+}
+
 std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& webArea) {
   constexpr int groupLevels = 3;
   std::optional<AccessibilityElement> element = webArea;
@@ -18,16 +27,18 @@ std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& webAre
   }
   if (element) element = firstWithDOMIdentifier("desktop-app-contents", element->children());
   if (element) element = firstWithDOMIdentifier("desktop-app-toolbar", element->children());
-  return element;
+  return element ? element : wrappedToolbarOf(webArea);
 }
 
 // Repository, then branch; a button further on names neither.
 std::vector<std::string> namesIn(const AccessibilityElement& toolbar) {
   constexpr std::size_t mostNames = 2;
+  constexpr std::size_t mostButtons = 30;
   constexpr int textDepth = 8;
   std::vector<std::string> names;
+  std::size_t examined = 0;
   for (const AccessibilityElement& button : toolbar.children()) {
-    if (names.size() == mostNames) break;
+    if (names.size() == mostNames || ++examined > mostButtons) break;
     if (!button.hasDOMClass("toolbar-button")) continue;
     if (auto name = gitHubDesktopName(staticTexts(button, textDepth))) {
       names.push_back(std::move(*name));
@@ -48,14 +59,24 @@ std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
 // The button of the remote is labelled with what it would do or does.
 bool isActionLabel(std::string_view label) {
   constexpr std::array<std::string_view, 5> verbs{"Fetch", "Pull", "Push", "Publish", "Force push"};
-  return std::ranges::any_of(verbs, [&](std::string_view verb) { return label.starts_with(verb); });
+  return std::ranges::any_of(verbs, [&](std::string_view verb) {
+    if (!label.starts_with(verb)) return false;
+    const auto rest = label.substr(verb.size());
+    return rest.empty() || rest.starts_with(' ') || rest.starts_with("ing");
+  });
+}
+
+bool isLabel(std::string_view text) {
+  return text == "Current repository" || text == "Current branch" || isActionLabel(text);
 }
 
 }  // namespace
 
 std::optional<std::string> gitHubDesktopName(const std::vector<std::string>& buttonTexts) {
   if (buttonTexts.empty()) return std::nullopt;
-  if (buttonTexts.size() == 1) return buttonTexts.front();
+  if (buttonTexts.size() == 1) {
+    return isLabel(buttonTexts.front()) ? std::nullopt : std::optional(buttonTexts.front());
+  }
   return isActionLabel(buttonTexts.front()) ? std::nullopt : std::optional(buttonTexts[1]);
 }
 

@@ -34,10 +34,14 @@ std::optional<std::string> senderOf(const AccessibilityElements& header) {
 
 // The address tokens in the field behind the label.
 std::vector<std::string> recipientsOf(const AccessibilityElement& field) {
+  constexpr std::size_t mostTokens = 100;
   std::vector<std::string> recipients;
+  std::size_t examined = 0;
   for (const AccessibilityElement& token : field.children()) {
+    if (++examined > mostTokens) break;
     if (token.subrole() != subrole::textAttachment) continue;
-    if (auto recipient = token.value()) recipients.push_back(std::move(*recipient));
+    auto recipient = token.nonEmptyString(attribute::value);
+    if (recipient) recipients.push_back(std::move(*recipient));
   }
   return recipients;
 }

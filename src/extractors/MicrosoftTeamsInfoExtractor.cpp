@@ -11,8 +11,8 @@ MicrosoftTeamsInfoExtractor::MicrosoftTeamsInfoExtractor(Process& process)
 
 std::vector<std::string> MicrosoftTeamsInfoExtractor::contextPath(
     std::string_view windowTitle) const {
-  if (windowTitle.empty()) return {};
   auto parts = titleParts(windowTitle, " | ");
+  std::erase(parts, "");
   std::erase(parts, "Microsoft Teams");
   std::erase(parts, "Chat");
   if (parts.empty()) return parts;

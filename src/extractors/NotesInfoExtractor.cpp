@@ -35,11 +35,13 @@ void collectTexts(const AccessibilityElement& element, int depth, std::vector<Pl
 // The cells of the rows that are selected in a list; empty when it is no list of rows with cells.
 AccessibilityElements selectedCells(const AccessibilityElement& list) {
   AccessibilityElements cells;
+  constexpr std::size_t mostRows = 10;
+  std::size_t examined = 0;
   for (const AccessibilityElement& row : list.selectedRows()) {
+    if (++examined > mostRows) break;
     if (row.role() != role::row) continue;
-    for (const AccessibilityElement& cell : row.children()) {
-      if (cell.role() == role::cell) cells.push_back(cell);
-    }
+    const auto ofRow = allWithRole(role::cell, row.children());
+    cells.insert(cells.end(), ofRow.begin(), ofRow.end());
   }
   return cells;
 }
@@ -58,10 +60,15 @@ std::optional<std::string> selectedNote(const AccessibilityElement& window) {
   constexpr int cellDepth = 4;
   std::vector<PlacedText> texts;
   for (const AccessibilityElement& list : listsOf(window)) {
+    std::vector<PlacedText> found;
     for (const AccessibilityElement& cell : selectedCells(list)) {
-      collectTexts(cell, cellDepth, texts);
+      collectTexts(cell, cellDepth, found);
     }
-    if (!texts.empty()) break;
+    if (found.empty()) continue;
+    // An outline is the list of folders, which stands before that of the notes.
+    const bool isFolders = list.role() == role::outline;
+    if (texts.empty() || !isFolders) texts = std::move(found);
+    if (!isFolders) break;
   }
   std::ranges::stable_sort(texts, [](const PlacedText& left, const PlacedText& right) {
     return std::pair(left.position.y, left.position.x) <

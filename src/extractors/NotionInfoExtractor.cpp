@@ -6,7 +6,7 @@
 #include "extractors/AccessibilityElement.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/WebAreas.h"
-#include "product/KestroLegacy.h"
+#include "platform/TextCase.h"
 
 namespace kestro {
 namespace {
@@ -20,16 +20,6 @@ constexpr std::size_t mostEntries = 5;
 constexpr std::size_t mostCrumbs = 15;
 constexpr int mostWrappers = 3;
 constexpr int mostAncestors = 20;
-
-// What names a page has a letter or a digit; "/", "…" and icons have none.
-struct PageName {
-  explicit PageName(Process&) {}
-  RegularExpression expression{R"([\p{L}\p{N}])"};
-};
-
-bool namesPage(const AccessibilityElement& element, const std::string& text) {
-  return matches(text, element.process().shared<PageName>().expression);
-}
 
 constexpr std::array crumbRoles{role::link, role::button, role::group};
 
@@ -47,7 +37,8 @@ std::optional<std::string> crumbName(AccessibilityElement element) {
   for (int wrapped = 0; wrapped <= mostWrappers; ++wrapped) {
     if (!isCrumbRole(element.role())) return std::nullopt;
     const auto label = labelOf(element);
-    if (label) return namesPage(element, *label) ? label : std::nullopt;
+    // "/", "…" and icons name no page.
+    if (label) return hasLetterOrDigit(*label) ? label : std::nullopt;
     const auto children = element.children();
     if (children.size() != 1) return std::nullopt;
     element = children.front();
@@ -117,9 +108,8 @@ std::vector<Conditions> entryConditions(const ActivityDetails& details) {
 Path pathIn(const AccessibilityElement& webArea, const ActivityDetails& details) {
   const auto depth = maxRecursionLevel(webArea.process());
   for (const Conditions& conditions : entryConditions(details)) {
-    auto entries = webArea.descendantsWith(conditions, depth);
-    if (entries.size() > mostEntries) entries.erase(entries.begin() + mostEntries, entries.end());
-    for (const AccessibilityElement& entry : entries) {
+    for (const AccessibilityElement& entry :
+         webArea.descendantsWith(conditions, depth, mostEntries)) {
       if (isInListOfPages(entry)) continue;
       auto path = pathEndingAt(entry);
       if (!path.empty()) return path;
@@ -133,7 +123,7 @@ Path pathIn(const AccessibilityElement& webArea, const ActivityDetails& details)
 void NotionInfoExtractor::writeDetailsForActivity(Activity& activity) {
   enableEnhancedAccessibility(process_, activity);
   for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    for (const AccessibilityElement& webArea : webAreas(window, &activity)) {
+    for (const AccessibilityElement& webArea : webAreas(window, nullptr)) {
       auto path = pathIn(webArea, activity.details);
       if (path.empty()) continue;
       activity.details.contextPath = std::move(path);

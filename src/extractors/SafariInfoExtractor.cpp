@@ -119,7 +119,7 @@ void SafariInfoExtractor::moveHistoryToEnd(Activity& activity) const {
   if (!title) return;
   auto parts = titleParts(*title, historySeparator);
   const auto windows = accessibilityWindows(process_, activity);
-  if (parts.size() < 2 || windows.empty()) return;
+  if (parts.size() < 2 || parts.front().empty() || windows.empty()) return;
   const auto showHistory = showHistoryTitle(windows.front());
   if (!showHistory || showHistory->find(parts.front()) == std::string::npos) return;
   std::rotate(parts.begin(), parts.begin() + 1, parts.end());

@@ -12,6 +12,7 @@ namespace {
 // The header comes first in its pane; a message can have a button for every reaction.
 constexpr std::size_t mostButtonsExamined = 10;
 constexpr std::size_t mostPanesExamined = 10;
+constexpr std::size_t mostTexts = 20;
 
 std::optional<AccessibilityElement> applicationContainer(const AccessibilityElement& webArea) {
   return webArea.firstAlongFirstChildren(
@@ -36,7 +37,8 @@ std::optional<std::string> nameIn(const AccessibilityElement& text) {
 std::optional<std::string> nameOn(const AccessibilityElement& button) {
   const auto depth = maxRecursionLevel(button.process());
   return firstNonNil(
-      button.descendantsWith({{attribute::role, std::string(role::staticText)}}, depth), nameIn);
+      button.descendantsWith({{attribute::role, std::string(role::staticText)}}, depth, mostTexts),
+      nameIn);
 }
 
 // The name on the first button that has one.
@@ -74,10 +76,21 @@ std::optional<std::string> conversationIn(const AccessibilityElement& webArea) {
   return panel ? nameInPanel(*panel) : std::nullopt;
 }
 
-// "3", "99+" or "12:30".
+bool isDigits(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+// "3", "99+" or "12:30". Longer numbers are the names of those who have no other.
 bool isCounterOrTime(std::string_view text) {
-  const bool hasDigit = text.find_first_of("0123456789") != std::string_view::npos;
-  return hasDigit && text.find_first_not_of("0123456789:.,+ ") == std::string_view::npos;
+  constexpr std::size_t mostDigits = 2;
+  const std::size_t colon = text.find(':');
+  if (colon != std::string_view::npos) {
+    const auto minutes = text.substr(colon + 1);
+    return isDigits(text.substr(0, colon)) && colon <= mostDigits && isDigits(minutes) &&
+           minutes.size() == mostDigits;
+  }
+  if (text.ends_with('+')) text.remove_suffix(1);
+  return isDigits(text) && text.size() <= mostDigits;
 }
 
 }  // namespace

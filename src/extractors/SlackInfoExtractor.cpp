@@ -31,6 +31,7 @@ std::vector<std::string> SlackInfoExtractor::contextPath(std::string_view window
   for (std::string& part : parts) {
     if (const auto match = firstMatch(part, marker_)) part = match->captures[2].value_or("");
   }
+  std::erase(parts, "");
   if (parts.size() > 1 && matches(parts.back(), trailingCounter_)) parts.pop_back();
   std::ranges::reverse(parts);
   return parts;

@@ -1,5 +1,7 @@
 #include "extractors/StaticTexts.h"
 
+#include "platform/TextCase.h"
+
 namespace kestro {
 
 std::vector<std::string> staticTexts(const AccessibilityElement& element, std::int64_t maxDepth) {
@@ -8,7 +10,8 @@ std::vector<std::string> staticTexts(const AccessibilityElement& element, std::i
                                                 maxDepth, mostRead);
   std::vector<std::string> texts;
   for (const AccessibilityElement& text : elements) {
-    if (auto value = text.nonEmptyString(attribute::value)) texts.push_back(std::move(*value));
+    auto value = text.nonEmptyString(attribute::value);
+    if (value && hasLetterOrDigit(*value)) texts.push_back(std::move(*value));
   }
   return texts;
 }

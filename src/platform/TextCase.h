@@ -1,4 +1,4 @@
-// Letter case by Unicode's rules, the same in every locale.
+// Letters and their case by Unicode's rules, the same in every locale.
 #pragma once
 
 #include <string>
@@ -8,5 +8,9 @@ namespace kestro {
 
 // The text in lower case. Bytes that are not UTF-8 become U+FFFD.
 std::string lowercased(std::string_view text);
+
+// False for texts that only decorate: punctuation, arrows, and the glyphs of icon fonts, which
+// stand where no letters are.
+bool hasLetterOrDigit(std::string_view text);
 
 }  // namespace kestro

@@ -100,7 +100,7 @@ std::pair<AccessibilityElements, Cost> measured(Process& process, Search search)
 
 bool isSame(Process& process, const char* name, const Conditions& conditions, std::int64_t depth) {
   const auto [inBulk, bulkCost] = measured(process, [&](const AccessibilityElement& window) {
-    return window.descendantsWith(conditions, depth);
+    return window.descendantsWith(conditions, depth, mostElementsExamined);
   });
   const auto [first, firstCost] = measured(process, [&](const AccessibilityElement& window) {
     const auto element = window.firstDescendantWith(conditions, depth);

@@ -55,6 +55,8 @@ TEST_F(SlackTexts, contextPath) {
       {"Slack [tag] | a - b | Studio", "Studio > a - b"},
       {"Slack [] | a", "a > Slack []"},
       {"Slackers | Studio", "Studio > Slackers"},
+      {"general |  | Studio", "Studio > general"},
+      {"*  | Studio", "Studio"},
       {"1:02:03 | a | Studio", "Studio > a"},
       {"02:03 | a", "a"},
       {"12:02:03 | a", "a"},
@@ -84,6 +86,8 @@ TEST_F(MicrosoftTeamsTexts, contextPath) {
       {"Plan () | x", "Plan () > x"},
       {"Chat with Jo | Microsoft Teams", "Chat with Jo"},
       {"Microsoft Teams", ""},
+      {" | Microsoft Teams", ""},
+      {"Mara Lind |  | Studio", "Mara Lind > Studio"},
       {"", ""},
   };
   for (const auto& [title, path] : cases) {
@@ -105,12 +109,18 @@ TEST_F(AdobeTexts, projectPathAndRest) {
       {"/a/x.aep.prproj", "/a/x.aep.prproj", ""},
       {"Adobe Premiere Pro 2025 - /a/b.mov", "", ""},
       {"x.prproj", "", ""},
+      {"/a/b.prproj - Card", "/a/b.prproj", "Card"},
+      {"Adobe After Effects 2025 - /a/x.aep (converted)", "/a/x.aep", "(converted)"},
   };
   for (const auto& [title, path, rest] : cases) {
     EXPECT_EQ(extractor_.projectPath(title).value_or(""), path) << title;
     if (path.empty()) continue;
     EXPECT_EQ(extractor_.titleWithout(path, title), rest) << title;
   }
+}
+
+TEST_F(AdobeTexts, aPathThatStandsTwiceIsRemovedTwice) {
+  EXPECT_EQ(extractor_.titleWithout("/a/x.aep", "Card /a/x.aep of /a/x.aep"), "Card  of");
 }
 
 TEST(DiaTexts, title) {

@@ -27,6 +27,9 @@ TEST(SignalTexts, headerText) {
       {"\u20683\u2069", absent},
       {"12:30", absent},
       {"", absent},
+      {"+49 170 1234567", "+49 170 1234567"},
+      {"112", "112"},
+      {"9:05", absent},
   };
   for (const auto& [text, expected] : cases) {
     EXPECT_EQ(signalHeaderText(text).value_or(absent), expected) << text;
