@@ -61,6 +61,8 @@ APPLICATIONS = [
                 {"contextPath": ["Harbour", "Tide tables"], "windowTitle": "harbour-site"}),
     Application("codex", "com.openai.codex", "com.openai.codex", "codex.html",
                 {"contextPath": ["harbour-site", "Fix tide tables"]}),
+    Application("notion", "notion.id", "notion", "notion.html",
+                {"contextPath": ["Harbour guide", "Tide tables"], "windowTitle": "Tide tables"}),
 ]
 
 
