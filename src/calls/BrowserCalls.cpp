@@ -40,16 +40,17 @@ std::optional<std::string> wherebyTitle(const std::optional<std::string>& pageTi
   if (!pageTitle) return std::nullopt;
   std::string room = firstPart(*pageTitle, " ");
   if (room.starts_with('/')) room.erase(0, 1);
-  return room;
+  return room.empty() ? std::nullopt : std::optional(room);
 }
 
 }  // namespace
 
 BrowserCallHosts::BrowserCallHosts(Process& process) {
   const auto& preferences = process.shared<HelperPreferences>();
-  googleMeet =
-      preferences.getString("RunningCallDetector_googleMeetHost").value_or("meet.google.com");
-  whereby = preferences.getString("RunningCallDetector_wherebyDomain").value_or("whereby.com");
+  googleMeet = preferences.getNonEmptyString("RunningCallDetector_googleMeetHost")
+                   .value_or("meet.google.com");
+  whereby =
+      preferences.getNonEmptyString("RunningCallDetector_wherebyDomain").value_or("whereby.com");
 }
 
 std::optional<std::string> browserPageTitle(const std::optional<std::string>& windowTitle,

@@ -12,6 +12,11 @@
 namespace kestro {
 namespace {
 
+DatabaseWrapper* openDatabase(Process& process) {
+  DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process);
+  return database && database->isOpen() ? database : nullptr;
+}
+
 Date withoutFraction(Date date) {
   return std::chrono::floor<std::chrono::seconds>(date);
 }
@@ -25,14 +30,14 @@ std::string titleOf(Process& process, const std::string& service, const CallProp
   const std::string title =
       localizedFormat(process, "%@ call has ended (%@)", {service, formattedCallDuration(call)});
   const auto& meeting = call.metadata.meetingTitle;
-  return meeting ? title + ": " + *meeting : title;
+  return meeting && !meeting->empty() ? title + ": " + *meeting : title;
 }
 
 }  // namespace
 
 std::optional<std::string> CallEndedHandler::handleEndedCall(const std::string& bundleIdentifier,
                                                              const CallProperties& call) {
-  DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process_);
+  DatabaseWrapper* database = openDatabase(process_);
   const ActivityWriter* writer = database ? database->activityWriter() : nullptr;
   if (!writer || writer->ongoingTaskActivityManager().hasRunningActivity()) return "tooShort";
 
@@ -66,9 +71,13 @@ std::string CallEndedHandler::saveAtOnce(const CallProperties& call) {
   const bool isWritten = database.mutateOrPresentError([&](SQLite::Database& mutator) {
     entry = descriptorOf(process_, call).createTaskActivity(process_, mutator, true);
   });
-  if (!isWritten || !entry || callNotificationMode(process_) == CallNotificationMode::none) {
-    return "save";
+  if (!isWritten) entry.reset();
+  if (!isWritten) {
+    database.mutateAsynchronouslyOrPresentError(
+        [&process = process_, descriptor = descriptorOf(process_, call)](
+            SQLite::Database& mutator) { descriptor.createTaskActivity(process, mutator, true); });
   }
+  if (!entry || callNotificationMode(process_) == CallNotificationMode::none) return "save";
   if (const ActivityWriter* writer = database.activityWriter()) {
     writer->ongoingTaskActivityManager().editTaskActivity(*entry, /*center=*/false);
   }
@@ -103,7 +112,7 @@ void CallEndedHandler::postNotification(const std::string& bundleIdentifier,
 }
 
 void CallEndedHandler::openEditor(const std::string& bundleIdentifier, const CallProperties& call) {
-  DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process_);
+  DatabaseWrapper* database = openDatabase(process_);
   if (!call.metadata.timeEntryTitle(process_) || !database) return;
   logTimeEntryStarted(process_, bundleIdentifier, call);
 

@@ -32,7 +32,6 @@ class CallEndedHandler {
 
  private:
   std::string categoryIdentifier() const;
-  std::string offer(const std::string& bundleIdentifier, const CallProperties& call);
   std::string saveAtOnce(const CallProperties& call);
   void askForPermission(const std::string& bundleIdentifier, const CallProperties& call);
   void postNotification(const std::string& bundleIdentifier, const CallProperties& call);

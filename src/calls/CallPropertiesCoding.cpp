@@ -15,7 +15,8 @@ double encoded(Date date) {
 }
 
 std::optional<Date> date(const Json& object, const char* key) {
-  constexpr double furthest = 7e9;  // some 220 years: what a date here can hold
+  // 126 years: two such dates are no further apart than a duration here can tell.
+  constexpr double furthest = 4e9;
   const auto found = object.find(key);
   if (found == object.end() || !found->is_number()) return std::nullopt;
   const double seconds = found->get<double>();

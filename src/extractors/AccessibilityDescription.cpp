@@ -11,6 +11,9 @@
 namespace kestro {
 namespace {
 
+// As deep as searches go: a tree may lead back to itself, and each level makes lines longer.
+constexpr std::int64_t deepestTree = 1000;
+
 class Summary {
  public:
   void append(std::string_view key, const std::optional<std::string>& value) {
@@ -114,7 +117,7 @@ std::optional<std::string> treeDescription(const AccessibilityElement& element,
   if (depth < 0) return std::nullopt;
   std::string text;
   auto elementsLeft = static_cast<int>(mostElementsExamined);
-  appendTree(text, "", element, depth, elementsLeft);
+  appendTree(text, "", element, std::min(depth, deepestTree), elementsLeft);
   return text.substr(1);
 }
 

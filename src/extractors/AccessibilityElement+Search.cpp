@@ -29,7 +29,7 @@ struct Budget {
 
 void collect(const AccessibilityElement& element, std::int64_t depth, const Predicate& predicate,
              Budget& budget, AccessibilityElements& found) {
-  if (budget.toExamine == 0) return;
+  if (budget.toExamine == 0 || budget.toFind == 0) return;
   --budget.toExamine;
   if (predicate(element)) {
     found.push_back(element);

@@ -24,7 +24,8 @@ class TimeEntryEditors {
     bool obtainFocus;
     bool center;
   };
-  // With what the user saved; absent when the window was closed without saving.
+  // With what the user saved; absent when the window was closed without saving. Never called after
+  // the process life has ended that presented the editor.
   using Completion = std::function<void(std::optional<TimeEntryEditorContents> saved)>;
 
   virtual ~TimeEntryEditors() = default;

@@ -40,7 +40,8 @@ class UserNotifications {
   // The actions of the notifications of a category, in the order in which they are offered.
   virtual void setCategory(const std::string& identifier,
                            std::vector<UserNotificationAction> actions) = 0;
-  // Tells whether notifications may be shown; asks the user when that is not known.
+  // Tells whether notifications may be shown; asks the user when that is not known. Never answers
+  // after the process life has ended that asked.
   virtual void requestPermission(std::function<void(bool isAllowed)> answer) = 0;
   virtual void deliver(const UserNotification& notification) = 0;
   // Gets the responses from now on; null: nobody does.

@@ -2,6 +2,7 @@
 // its owner alone. docs/database.md describes its tables. Main thread only.
 #pragma once
 
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -16,6 +17,7 @@ namespace kestro {
 class ActivityWriter;
 class FileLock;
 class Process;
+class Timer;
 
 class DatabaseWrapper {
  public:
@@ -32,17 +34,23 @@ class DatabaseWrapper {
   DatabaseWrapper(const DatabaseWrapper&) = delete;
   DatabaseWrapper& operator=(const DatabaseWrapper&) = delete;
 
+  // False after damage that could not be put right; there is no db() then.
+  bool isOpen() const { return database_ != nullptr; }
   SQLite::Database& db() { return *database_; }
   static bool isDamage(const SQLite::Exception& failure);
   // Moves the damaged file aside and begins a new one, which db() then is. Everything made of the
   // old db() must be gone. Throws std::exception when there can be no new one; there is no db()
   // until a later call succeeds.
   void replaceDamaged();
-  // Runs a write in one transaction: now, or with the run loop's next task. False when it failed;
-  // the database is as it was then, and the user is told.
+  // Runs a write in one transaction. False when it failed: the database is as it was then, and a
+  // log line says why.
   using Mutation = std::function<void(SQLite::Database& mutator)>;
   bool mutateOrPresentError(const Mutation& mutation);
+  // The same with the run loop's next task. While the database is busy or full the write waits and
+  // is tried again every ten seconds; in the order of the calls, and for the last time at the end.
   void mutateAsynchronouslyOrPresentError(Mutation mutation);
+  // Tries what waits now.
+  void finishMutations();
 
   // Null when the product has none.
   ActivityWriter* activityWriter() { return activityWriter_.get(); }
@@ -53,6 +61,8 @@ class DatabaseWrapper {
   std::unique_ptr<FileLock> lock_;  // "Kestro.lock" beside the file: rows have one writer
   std::unique_ptr<SQLite::Database> database_;
   std::unique_ptr<ActivityWriter> activityWriter_;
+  std::deque<Mutation> waitingMutations_;
+  std::unique_ptr<Timer> nextTry_;
 };
 
 }  // namespace kestro

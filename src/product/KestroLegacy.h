@@ -42,6 +42,8 @@ class HelperPreferences {
   std::optional<bool> getBool(std::string_view key) const;
   std::optional<double> getDouble(std::string_view key) const;
   std::optional<std::string> getString(std::string_view key) const;
+  // As `getString`; an empty text counts as unset.
+  std::optional<std::string> getNonEmptyString(std::string_view key) const;
   std::optional<std::vector<std::string>> getStringList(std::string_view key) const;
   void set(PropertyList object, std::string_view key) const;
 

@@ -42,9 +42,9 @@ struct TaskActivityDescriptor {
   std::optional<std::string> provenance = std::nullopt;
 
   // Within a mutation of the database. With `preventTooShortDurations` an entry of less than a
-  // minute ends a minute after its start. Absent when start and end are the wrong way round.
-  std::optional<TaskActivity> createTaskActivity(Process& process, SQLite::Database& mutator,
-                                                 bool preventTooShortDurations) const;
+  // minute ends a minute after its start. Start and end that are the wrong way round are exchanged.
+  TaskActivity createTaskActivity(Process& process, SQLite::Database& mutator,
+                                  bool preventTooShortDurations) const;
 };
 
 // Proposes projects for time entries.
@@ -53,7 +53,7 @@ class TaskActivitySuggestionRanker {
   TaskActivitySuggestionRanker(Process& process, SQLite::Database& database)
       : process_(process), database_(database) {}
 
-  // The project of the latest entry with the same provenance or, without one, the same title.
+  // The project of the latest entry that has one, with the same provenance or else the same title.
   // Absent when there is none or the database fails.
   std::optional<Project> suggestProjectBasedOnProvenanceMetadata(
       const TaskActivityDescriptor& descriptor) const;

@@ -238,6 +238,33 @@ TEST_F(ActivityWriterTest, leavesANewerVersionAlone) {
   EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr) << "until the next start";
 }
 
+TEST_F(ActivityWriterTest, timeEntriesWaitForABusyDatabase) {
+  DatabaseWrapper& database = *DatabaseWrapper::sharedInstance(*process);
+  const auto count = [&] {
+    return SQLite::Database(file().string())
+        .execAndGet("SELECT count(*) FROM time_entries")
+        .getInt();
+  };
+  const auto add = [&] {
+    database.mutateAsynchronouslyOrPresentError([&](SQLite::Database& mutator) {
+      TaskActivityDescriptor{at(0), at(60), "a"}.createTaskActivity(*process, mutator, true);
+    });
+  };
+  {
+    SQLite::Database other(file().string(), SQLite::OPEN_READWRITE);
+    SQLite::Transaction lock(other, SQLite::TransactionBehavior::EXCLUSIVE);
+    add();
+    fake.runLoop.advance(Seconds(1));
+  }
+  EXPECT_EQ(count(), 0);
+  EXPECT_TRUE(hasLogLine("cannot be saved now"));
+  fake.runLoop.advance(Seconds(10));
+  EXPECT_EQ(count(), 1);
+  add();
+  database.finishMutations();
+  EXPECT_EQ(count(), 2) << "before the end of the process";
+}
+
 TEST_F(ActivityWriterTest, movesADamagedFileAside) {
   for (const std::string_view copy : {"", "-2"}) {
     std::ofstream(file()) << "no database, but long enough to look at" << std::string(9000, '#');

@@ -17,42 +17,42 @@ bool isIdentifier(const ElementCondition& condition) {
   return condition.attribute == "AXIdentifier" || condition.attribute == "AXDOMIdentifier";
 }
 
+// A subrole is never judged by the application alone: it narrows where nothing else does.
+void addSubrole(const std::string& subrole, bool hasIdentifier, AtspiMatchRule& rule) {
+  const auto roles = atspiRolesOfSubrole(subrole);
+  if (!roles.empty()) {
+    if (rule.roles.empty()) rule.roles = roles;
+    return;
+  }
+  const std::string_view word = xmlRole(subrole);
+  // Of several attributes one is enough: an identifier says more than a kind of element.
+  if (!word.empty() && !hasIdentifier) rule.attributes = {{"xml-roles", std::string(word)}};
+}
+
 bool dependsOnAttributes(std::string_view axRole) {
   return std::ranges::any_of(atspiRoles(axRole).roles, roleDependsOnAttributes);
 }
 
-bool isJudgedByApplication(const ElementCondition& condition) {
-  if (condition.attribute == "AXRole") return atspiRoles(condition.text).isCertain;
-  return isIdentifier(condition);
-}
-
 }  // namespace
 
-AtspiMatchRule matchRule(const Conditions& conditions) {
-  AtspiMatchRule rule;
+AtspiQuestion questionFor(const Conditions& conditions) {
+  AtspiQuestion question;
+  bool hasIdentifier = false;
   for (const ElementCondition& condition : conditions) {
-    if (condition.attribute == "AXRole") {
-      rule.roles = atspiRoles(condition.text).roles;
+    bool isJudged = false;
+    if (condition.attribute == "AXRole" && question.rule.roles.empty()) {
+      const auto choice = atspiRoles(condition.text);
+      question.rule.roles = choice.roles;
+      isJudged = choice.isCertain;
     } else if (condition.attribute == "AXSubrole") {
-      const auto roles = atspiRolesOfSubrole(condition.text);
-      const std::string word(xmlRole(condition.text));
-      // Of several attributes one is enough: an identifier says more than a kind of element.
-      if (!roles.empty()) {
-        rule.roles = roles;
-      } else if (!word.empty() && rule.attributes.empty()) {
-        rule.attributes = {{"xml-roles", word}};
-      }
-    } else if (isIdentifier(condition)) {
-      rule.attributes = {{"id", condition.text}};
+      addSubrole(condition.text, hasIdentifier, question.rule);
+    } else if (isIdentifier(condition) && !hasIdentifier) {
+      question.rule.attributes = {{"id", condition.text}};
+      isJudged = hasIdentifier = true;
     }
+    if (!isJudged) question.unjudged.push_back(condition);
   }
-  return rule;
-}
-
-Conditions unjudgedConditions(const Conditions& conditions) {
-  Conditions unjudged;
-  std::ranges::remove_copy_if(conditions, std::back_inserter(unjudged), isJudgedByApplication);
-  return unjudged;
+  return question;
 }
 
 bool AtspiSearch::Progress::has(const UIElement& element) const {
@@ -61,7 +61,7 @@ bool AtspiSearch::Progress::has(const UIElement& element) const {
 
 AccessibilityResult<std::vector<UIElement>> AtspiSearch::find(const AtspiElement& root,
                                                               const ElementSearch& search) {
-  Progress progress{search, root.process(), unjudgedConditions(search.conditions), {}};
+  Progress progress{search, root.process(), questionFor(search.conditions), {}};
   examine(makeElement(root.kind(), root.process(), root.object()), progress);
   if (search.maxDepth < 1 || progress.isOver()) return progress.found;
 
@@ -100,10 +100,10 @@ AccessibilityError AtspiSearch::searchPage(const AtspiObject& page, std::int64_t
 AccessibilityError AtspiSearch::searchBelow(const AtspiObject& top, std::int64_t levels,
                                             Progress& progress) {
   if (levels < 1 || progress.isOver()) return AccessibilityError::success;
-  const bool mustRead = !progress.conditions.empty();
+  const bool mustRead = !progress.question.unjudged.empty();
   const auto most = mustRead ? mostCandidatesRead : progress.search.mostExamined;
   const auto candidates =
-      reader_.matches(top, matchRule(progress.search.conditions), static_cast<std::int32_t>(most));
+      reader_.matches(top, progress.question.rule, static_cast<std::int32_t>(most));
   // The application may answer other requests.
   if (candidates.error == AccessibilityError::attributeUnsupported) {
     return AccessibilityError::notImplemented;
@@ -125,11 +125,11 @@ AccessibilityError AtspiSearch::searchBelow(const AtspiObject& top, std::int64_t
 
 void AtspiSearch::judge(const std::vector<AtspiObject>& candidates, const AtspiObject& top,
                         std::int64_t levels, Progress& progress) {
-  prefetch(candidates, progress.conditions);
+  prefetch(candidates, progress.question.unjudged);
   for (const AtspiObject& candidate : candidates) {
     if (progress.isOver()) return;
     const AtspiElement element(Kind::object, progress.process, candidate);
-    if (!meets(element, progress.conditions) || !isWithin(candidate, top, levels)) continue;
+    if (!meets(element, progress.question.unjudged) || !isWithin(candidate, top, levels)) continue;
     auto handle = makeObjectElement(progress.process, candidate);
     if (!progress.has(handle)) progress.found.push_back(std::move(handle));
   }

@@ -13,6 +13,13 @@
 
 namespace kestro {
 
+// What the application is asked, and the conditions that it cannot judge, or not alone.
+struct AtspiQuestion {
+  AtspiMatchRule rule;
+  std::vector<ElementCondition> unjudged;
+};
+AtspiQuestion questionFor(const std::vector<ElementCondition>& conditions);
+
 class AtspiSearch {
  public:
   AtspiSearch(ElementAttributes& attributes, AtspiReader& reader)
@@ -28,7 +35,7 @@ class AtspiSearch {
   struct Progress {
     const ElementSearch& search;
     ProcessIdentifier process;
-    std::vector<ElementCondition> conditions;  // that the application cannot judge
+    AtspiQuestion question;
     std::vector<UIElement> found;
 
     bool isOver() const { return found.size() >= search.mostFound; }
@@ -48,10 +55,5 @@ class AtspiSearch {
   ElementAttributes& attributes_;
   AtspiReader& reader_;
 };
-
-// The part of the conditions that an application can judge.
-AtspiMatchRule matchRule(const std::vector<ElementCondition>& conditions);
-// The other part.
-std::vector<ElementCondition> unjudgedConditions(const std::vector<ElementCondition>& conditions);
 
 }  // namespace kestro

@@ -90,10 +90,11 @@ void SceneDesktop::perform(const SceneStep& step) {
 }
 
 bool SceneDesktop::beginNextProcessLife() {
-  if (!runLoop_.beginNextLife()) return false;
-  accessibility_.beginNextLife();
+  // Before anything else happens: what these call is gone.
   userNotifications_.beginNextLife();
   timeEntryEditors_.beginNextLife();
+  if (!runLoop_.beginNextLife()) return false;
+  accessibility_.beginNextLife();
   platform_.preferredLanguages = state_.system.languages;
   platform_.operatingSystemVersion = "Version " + state_.system.version;
   return true;

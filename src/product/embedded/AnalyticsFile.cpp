@@ -1,6 +1,7 @@
 #include "product/embedded/AnalyticsFile.h"
 
 #include <filesystem>
+#include <utility>
 
 #include "platform/Process.h"
 #include "platform/SystemLog.h"
@@ -18,11 +19,14 @@ bool AnalyticsFile::open() {
   return file_.is_open();
 }
 
-void AnalyticsFile::append(PropertyListDictionary event) {
+void AnalyticsFile::append(const PropertyListDictionary& event) {
   PropertyListDictionary line{{"time", process_.platform().clock.now()}};
   for (const PropertyListMember& member : event)
     line.set(member.key, member.value);
   if (open() && file_ << compactJson(propertyListJson(line)) << std::endl) return;
+  // The disk may have room, or be there, when the next one comes.
+  file_.close();
+  file_.clear();
   if (std::exchange(hasReportedFailure_, true)) return;
   process_.platform().log.write("Analytics events cannot be written. Later ones are not reported.");
 }

@@ -16,7 +16,7 @@ class AnalyticsFile {
   explicit AnalyticsFile(Process& process) : process_(process) {}
 
   // Adds the time.
-  void append(PropertyListDictionary event);
+  void append(const PropertyListDictionary& event);
 
  private:
   bool open();

@@ -66,7 +66,8 @@ std::unique_ptr<SQLite::Database> openedDatabase(const fs::path& file) {
   const int version = database->execAndGet("PRAGMA user_version");
   if (version > latestSchemaVersion()) throw NewerSchema(version);
   makePrivate(file);
-  database->exec("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL");
+  database->exec(
+      "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON");
   migrateDatabase(*database);
   return database;
 }
@@ -162,6 +163,7 @@ bool DatabaseWrapper::isDamage(const SQLite::Exception& failure) {
 }
 
 bool DatabaseWrapper::mutateOrPresentError(const Mutation& mutation) {
+  if (!isOpen()) return false;
   try {
     SQLite::Transaction transaction(*database_, SQLite::TransactionBehavior::IMMEDIATE);
     mutation(*database_);
@@ -170,15 +172,25 @@ bool DatabaseWrapper::mutateOrPresentError(const Mutation& mutation) {
   } catch (const SQLite::Exception& failure) {
     // The user's own texts are no part of such a message.
     process_.platform().log.write(
-        fmt::format("The time entry could not be saved: {}", failure.getErrorStr()));
+        fmt::format("A time entry cannot be saved now: {}", failure.getErrorStr()));
     return false;
   }
 }
 
 void DatabaseWrapper::mutateAsynchronouslyOrPresentError(Mutation mutation) {
-  process_.platform().runLoop.post([&process = process_, mutation = std::move(mutation)] {
-    if (DatabaseWrapper* wrapper = sharedInstance(process)) wrapper->mutateOrPresentError(mutation);
-  });
+  waitingMutations_.push_back(std::move(mutation));
+  nextTry_ = process_.platform().runLoop.scheduleAfter(Seconds(0), [this] { finishMutations(); });
+}
+
+void DatabaseWrapper::finishMutations() {
+  constexpr Seconds timeBetweenTries{10};
+  while (!waitingMutations_.empty() && mutateOrPresentError(waitingMutations_.front())) {
+    waitingMutations_.pop_front();
+  }
+  nextTry_.reset();
+  if (waitingMutations_.empty()) return;
+  nextTry_ =
+      process_.platform().runLoop.scheduleAfter(timeBetweenTries, [this] { finishMutations(); });
 }
 
 void DatabaseWrapper::replaceDamaged() {

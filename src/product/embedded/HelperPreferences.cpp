@@ -37,6 +37,11 @@ std::optional<std::string> HelperPreferences::getString(std::string_view key) co
   return store(process_).string(key);
 }
 
+std::optional<std::string> HelperPreferences::getNonEmptyString(std::string_view key) const {
+  auto text = getString(key);
+  return text && !text->empty() ? text : std::nullopt;
+}
+
 std::optional<std::vector<std::string>> HelperPreferences::getStringList(
     std::string_view key) const {
   return store(process_).stringList(key);

@@ -195,6 +195,9 @@ bool InfoLogger::prepareForShutdown(bool isRelaunch) {
   state_->stop();
   state_->pausedTimer.reset();
   if (ActivityWriter* writer = activityWriter(state_->process)) writer->flush();
+  if (auto* database = DatabaseWrapper::sharedInstance(state_->process)) {
+    database->finishMutations();
+  }
   return false;
 }
 

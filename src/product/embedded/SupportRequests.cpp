@@ -63,7 +63,7 @@ void SupportRequests::createRequest(Process& process, const std::string& body,
     process.platform().log.write(
         fmt::format("A support request was saved as \"{}\".",
                     fs::relative(folder, folder.parent_path().parent_path()).string()));
-  } catch (const fs::filesystem_error&) {
+  } catch (const std::exception&) {
     process.platform().log.write("The support request cannot be saved.");
   }
 }

@@ -1,18 +1,17 @@
 #include <algorithm>
 
-#include "platform/Process.h"
-#include "platform/Transcript.h"
 #include "product/TimeEntries.h"
 #include "product/embedded/TimeEntryTable.h"
 
 namespace kestro {
 
-std::optional<TaskActivity> TaskActivityDescriptor::createTaskActivity(
-    Process& process, SQLite::Database& mutator, bool preventTooShortDurations) const {
+TaskActivity TaskActivityDescriptor::createTaskActivity(Process& process, SQLite::Database& mutator,
+                                                        bool preventTooShortDurations) const {
   constexpr std::chrono::minutes shortest{1};
-  if (end < start) return std::nullopt;
   TaskActivityDescriptor complete = *this;
-  if (preventTooShortDurations) complete.end = std::max(end, start + shortest);
+  // A user who has typed them the wrong way round meant this.
+  if (end < start) std::swap(complete.start, complete.end);
+  if (preventTooShortDurations) complete.end = std::max(complete.end, complete.start + shortest);
   const TaskActivity entry = TimeEntryTable(mutator).insert(complete);
   recordTimeEntry(process, entry);
   return entry;

@@ -1,4 +1,6 @@
 // Editors of time entries, and the timer that keeps others from being offered.
+#include <algorithm>
+
 #include "platform/LocalizedStrings.h"
 #include "platform/Process.h"
 #include "platform/TimeEntryEditors.h"
@@ -45,7 +47,7 @@ bool OngoingTaskActivityManager::hasRunningActivity() const {
   if (hasConditionalTimer(process_)) return true;
   DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process_);
   try {
-    return database && TimeEntryTable(database->db()).hasRunningTimer();
+    return database && database->isOpen() && TimeEntryTable(database->db()).hasRunningTimer();
   } catch (const SQLite::Exception&) {
     return false;
   }
@@ -60,12 +62,13 @@ void OngoingTaskActivityManager::editTaskActivity(const TaskActivity& activity, 
       [&process = process_,
        identifier = activity.identifier](const std::optional<TimeEntryEditorContents>& saved) {
         DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process);
-        if (!saved || !database || saved->end < saved->start) return;
-        const TaskActivity edited{identifier, saved->start, saved->end, nonEmpty(saved->title),
-                                  saved->project};
-        const bool isWritten = database->mutateOrPresentError(
-            [&](SQLite::Database& mutator) { TimeEntryTable(mutator).update(edited); });
-        if (isWritten) recordTimeEntry(process, edited);
+        if (!saved || !database) return;
+        const auto [start, end] = std::minmax(saved->start, saved->end);
+        const TaskActivity edited{identifier, start, end, nonEmpty(saved->title), saved->project};
+        database->mutateAsynchronouslyOrPresentError([&process, edited](SQLite::Database& mutator) {
+          TimeEntryTable(mutator).update(edited);
+          recordTimeEntry(process, edited);
+        });
       });
 }
 
