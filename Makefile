@@ -39,6 +39,7 @@ test:
 
 live-test: programs
 	@scripts/setup live
+	@cmake --build --preset release --target search_check >&2
 	@scripts/live-test
 
 lint:

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <thread>
 
 #include "extractors/AccessibilityDescription.h"
 #include "extractors/AccessibilityElement.h"
@@ -80,6 +81,21 @@ std::optional<AccessibilityElement> frontWindow(Process& process) {
   return element.elementAttribute(attribute::mainWindow);
 }
 
+// A browser shows its page's tree a while after the page: the last element of it comes last.
+bool waitForPage(Process& process) {
+  constexpr int mostTries = 100;
+  for (int tries = 0; tries < mostTries; ++tries) {
+    const auto window = frontWindow(process);
+    const auto end =
+        window ? window->firstDescendantWith({{attribute::domIdentifier, "end-of-page"}}, 20)
+               : std::nullopt;
+    if (end) return true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+  }
+  fmt::print("the page's end is not found\n");
+  return false;
+}
+
 struct Cost {
   std::uint64_t requests;
   double milliseconds;
@@ -123,7 +139,7 @@ bool isSame(Process& process, const char* name, const Conditions& conditions, st
 
 int check(Desktop& desktop) {
   Process process(desktop.platform());
-  bool allSame = true;
+  bool allSame = waitForPage(process);
   for (const std::int64_t depth : {20, 8}) {
     for (const auto& [name, conditions] : searches) {
       allSame = isSame(process, name, conditions, depth) && allSame;

@@ -4,6 +4,7 @@ import os
 import pathlib
 import signal
 import socket
+import subprocess
 import unittest
 
 import processes
@@ -176,6 +177,16 @@ class BrowserTest(LiveTest):
     def test_frame(self):
         self.start(processes.chromium(self.pages.address + "/framed.html"))
         self.helper.wait_for_address(self.pages.address + "/framed.html")
+
+    def test_search(self):
+        """Searching by the application's own means finds what reading everything finds."""
+        check = pathlib.Path(os.environ["KESTRO_HELPER"]).with_name("search_check")
+        if not check.exists():
+            self.skipTest("search_check is not built")
+        self.start(processes.chromium(self.pages.address + "/search.html"))
+        self.helper.wait_for_title("Search page", seconds=40)
+        result = subprocess.run([check], capture_output=True, text=True, timeout=120)
+        self.assertEqual(result.returncode, 0, result.stdout)
 
     def test_firefox(self):
         self.start(processes.firefox(self.pages.address + "/index.html"))
