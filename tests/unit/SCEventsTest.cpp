@@ -23,6 +23,7 @@ class SCEventsTest : public testing::Test, public SCEventListenerProtocol {
   std::string delivered(const std::vector<std::string>& paths) {
     seen_.clear();
     std::vector<FileEvent> events;
+    events.reserve(paths.size());
     for (const std::string& path : paths) {
       events.push_back({path, 7, static_cast<std::uint64_t>(events.size()) + 1});
     }

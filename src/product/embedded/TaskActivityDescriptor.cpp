@@ -12,7 +12,7 @@ TaskActivity TaskActivityDescriptor::createTaskActivity(Process& process, SQLite
   // A user who has typed them the wrong way round meant this.
   if (end < start) std::swap(complete.start, complete.end);
   if (preventTooShortDurations) complete.end = std::max(complete.end, complete.start + shortest);
-  const TaskActivity entry = TimeEntryTable(mutator).insert(complete);
+  TaskActivity entry = TimeEntryTable(mutator).insert(complete);
   recordTimeEntry(process, entry);
   return entry;
 }
