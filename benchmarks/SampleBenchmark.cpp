@@ -59,7 +59,7 @@ void detectionStep(benchmark::State& state) {
       assertions));
   auto& detector = RunningCallDetector::sharedInstance(scene.process());
   scene.process().shared<InfoLogger>().setShouldTrack(true);
-  const Activity activity(RunningApplication{}, ActivityDetails{});
+  Activity activity(RunningApplication{}, ActivityDetails{});
   for (auto _ : state)
     detector.updateCallStatusForActivity(activity);
 }

@@ -1,62 +1,37 @@
 #include "app/KSHelperAppDelegate.h"
 
-#include "calls/RunningCallDetector.h"
-#include "platform/RunLoop.h"
-#include "platform/Transcript.h"
+#include "app/MainMenu.h"
+#include "app/ScriptingCommands.h"
+#include "platform/AppleEvents.h"
 #include "probe/KSInfoExtractor.h"
 
 namespace kestro {
-namespace {
-
-PropertyListDictionary fieldsOf(const InfoLoggerAccessibilityStatsProvider& statistics) {
-  PropertyListDictionary fields;
-  fields.set("numberOfTimesWeHaveSeenAlwaysIgnoredApplications",
-             statistics.numberOfTimesWeHaveSeenAlwaysIgnoredApplications());
-  fields.setIfPresent("lastAlwaysIgnoredApplication", statistics.lastAlwaysIgnoredApplication());
-  fields.set("hasEnteredAccessibilityBranchAtAll", statistics.hasEnteredAccessibilityBranchAtAll());
-  fields.set("hasSuccessfullyFetchedAccessibilityApplication",
-             statistics.hasSuccessfullyFetchedAccessibilityApplication());
-  fields.set("hasSuccessfullyFetchedAccessibilityWindow",
-             statistics.hasSuccessfullyFetchedAccessibilityWindow());
-  fields.setIfPresent("lastSuccessfulAccessibilityWindowFetch",
-                      statistics.lastSuccessfulAccessibilityWindowFetch());
-  fields.set("unsuccessfulWindowFetchesSinceLastSuccessful",
-             statistics.unsuccessfulWindowFetchesSinceLastSuccessful());
-  fields.setIfPresent("lastApplicationWithoutWindow", statistics.lastApplicationWithoutWindow());
-  fields.set("lastWindowFetchError", statistics.lastWindowFetchError());
-  fields.set("hasSuccessfullyUsedAccessibility", statistics.hasSuccessfullyUsedAccessibility());
-  return fields;
-}
-
-}  // namespace
 
 KSHelperAppDelegate::KSHelperAppDelegate(Process& process)
-    : process_(process), probe_(process.shared<KSInfoExtractor>()) {}
+    : process_(process),
+      probe_(process.shared<KSInfoExtractor>()),
+      statusMenu_(makeMainMenu(process)) {}
 
 KSHelperAppDelegate::~KSHelperAppDelegate() {
-  process_.shared<InfoLogger>().setCallDetector(nullptr);
-  process_.shared<InfoLogger>().setInfoExtractor(nullptr);
-  process_.platform().runLoop.setTerminationHandler(nullptr);
-}
-
-void KSHelperAppDelegate::awakeFromNib() {
-  process_.platform().runLoop.setTerminationHandler([this] { applicationShouldTerminate(); });
   auto& infoLogger = process_.shared<InfoLogger>();
-  infoLogger.setInfoExtractor(this);
-  infoLogger.setCallDetector(&RunningCallDetector::sharedInstance(process_));
-  infoLogger.setShouldTrack(true);
+  infoLogger.setCallDetector(nullptr);
+  infoLogger.setInfoExtractor(nullptr);
+  infoLogger.setPresenter(nullptr);
+  StatusItemInfoProvider::sharedInstance(process_).setPresenter(nullptr);
+  SCEvents::sharedPathWatcher(process_).setDelegate(nullptr);
+  process_.platform().runLoop.setTerminationHandler(nullptr);
+  process_.platform().appleEvents.setGetURLHandler(nullptr);
+  process_.platform().appleEvents.setCommandHandler(nullptr);
 }
 
-void KSHelperAppDelegate::applicationShouldTerminate() {
-  process_.shared<InfoLogger>().prepareForShutdown(false);
-  applicationWillTerminate();
-  process_.platform().runLoop.stop(0);
-}
-
-void KSHelperAppDelegate::applicationWillTerminate() {
-  Transcript& transcript = process_.platform().transcript;
-  if (transcript.isActive())
-    transcript.record("statistics", fieldsOf(accessibilityStatsProvider()));
+void KSHelperAppDelegate::applicationDidFinishLaunching() {
+  AppleEvents& appleEvents = process_.platform().appleEvents;
+  appleEvents.setGetURLHandler(
+      [this](const std::string& address) { URLHandler::handleGetURL(process_, address); });
+  appleEvents.setCommandHandler(
+      [this](const std::string& implementingClass, const PropertyListDictionary& arguments) {
+        performScriptingCommand(*this, implementingClass, arguments);
+      });
 }
 
 std::optional<Activity> KSHelperAppDelegate::getCurrentActivity() {

@@ -114,6 +114,8 @@ class Helper {
     DesktopOptions options;
     options.arguments = arguments_;
     options.dataDirectory = environment("KESTRO_DATA_DIR");
+    // A transcript there holds what is printed.
+    if (settings_.transcript != "-") options.standardOutput = &std::cout;
     if (!settings_.transcript) return options;
     options.transcriptWriter =
         makeTranscriptWriter(transcriptStream(), settings_.transcriptFormat, start, timeZone);

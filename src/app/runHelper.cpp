@@ -13,7 +13,8 @@ int runProcessLife(Platform& platform) {
   Process process(platform);
   process.shared<KSInfoExtractor>();  // the registry is filled before anything else
   KSHelperAppDelegate delegate(process);
-  delegate.awakeFromNib();
+  if (const auto exitStatus = delegate.awakeFromNib()) return *exitStatus;
+  delegate.applicationDidFinishLaunching();
   return platform.runLoop.run();
 }
 

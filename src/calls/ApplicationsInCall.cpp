@@ -15,7 +15,7 @@ using PIDAndRunningApplication = PowerManagementAssertions::PIDAndRunningApplica
 
 std::optional<ApplicationAndMetadata> callOf(Process& process,
                                              const PIDAndRunningApplication& application,
-                                             const Activity& activity) {
+                                             Activity& activity) {
   const auto& settings = process.shared<CallSettings>();
   if (!application.bundleIdentifier) return std::nullopt;
   const std::string& identifier = *application.bundleIdentifier;
@@ -42,7 +42,7 @@ bool hasAssertionOf(const PowerManagementAssertions& snapshot, std::string_view 
 
 std::vector<ApplicationAndMetadata> applicationsInCall(Process& process,
                                                        const PowerManagementAssertions& snapshot,
-                                                       const Activity& activity) {
+                                                       Activity& activity) {
   std::vector<ApplicationAndMetadata> applications;
   for (const auto& application : snapshot.appsWithMeetingRelatedPMAssertions) {
     if (auto call = callOf(process, application, activity)) applications.push_back(*call);

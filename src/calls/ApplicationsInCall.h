@@ -15,6 +15,6 @@ class Process;
 // In the order of the snapshot; TeamViewer and FaceTime, whose assertions name no audio, come last.
 std::vector<ApplicationAndMetadata> applicationsInCall(Process& process,
                                                        const PowerManagementAssertions& snapshot,
-                                                       const Activity& activity);
+                                                       Activity& activity);
 
 }  // namespace kestro

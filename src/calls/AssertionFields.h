@@ -13,9 +13,8 @@ namespace kestro {
 
 class AssertionFields {
  public:
-  // The dictionary must outlive this. Anything but a dictionary has no fields.
-  explicit AssertionFields(const PropertyList& assertion)
-      : fields_(assertion.get<PropertyListDictionary>()) {}
+  // The dictionary must outlive this.
+  explicit AssertionFields(const PropertyListDictionary& assertion) : fields_(assertion) {}
 
   std::optional<std::int64_t> level() const { return value<std::int64_t>("AssertLevel"); }
   std::optional<std::string> type() const { return value<std::string>("AssertType"); }
@@ -32,12 +31,12 @@ class AssertionFields {
   template <class Type>
   std::optional<Type> value(std::string_view key) const;
 
-  const PropertyListDictionary* fields_;
+  const PropertyListDictionary& fields_;
 };
 
 template <class Type>
 std::optional<Type> AssertionFields::value(std::string_view key) const {
-  const PropertyList* found = fields_ ? fields_->find(key) : nullptr;
+  const PropertyList* found = fields_.find(key);
   const Type* typed = found ? found->get<Type>() : nullptr;
   return typed ? std::optional<Type>(*typed) : std::nullopt;
 }

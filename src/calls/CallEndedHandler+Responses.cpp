@@ -27,10 +27,10 @@ struct Action {
   std::string_view title;
 };
 constexpr std::array<Action, 4> actions{
-    {{createTaskForCall, "Create Time Entry"},
-     {reportFalsePositiveAction, "Report False Positive"},
-     {doNotAskAgain, "Don’t Ask Again"},
-     {doNotAskAgainForThisApp, "Don't Ask Again for This App"}}};
+    {{createTaskForCall, localizable("Create Time Entry")},
+     {reportFalsePositiveAction, localizable("Report False Positive")},
+     {doNotAskAgain, localizable("Don’t Ask Again")},
+     {doNotAskAgainForThisApp, localizable("Don't Ask Again for This App")}}};
 
 std::string descriptionOf(const UserNotificationResponse& response) {
   switch (response.kind) {

@@ -13,10 +13,10 @@
 namespace kestro {
 namespace {
 
-constexpr std::string_view bodyFormat =
+constexpr std::string_view bodyFormat = localizable(
     "App Name: %@\nApp ID: %@\nService Name: %@\nMeeting Title: %@\nCall Duration: %f s\n\nPlease "
     "describe what you were doing when the call notification appeared, and whether your Mac's "
-    "speakers and/or microphone were active:\n\n";
+    "speakers and/or microphone were active:\n\n");
 
 std::string bodyOf(Process& process, const std::optional<std::string>& bundleIdentifier,
                    const std::optional<CallProperties>& call) {

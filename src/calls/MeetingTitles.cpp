@@ -26,7 +26,7 @@ MeetingTitles::MeetingTitles(Process& process)
       callTimer_(R"(^\d?\d?:?\d?\d:\d\d(\s.+)?$)") {}
 
 std::optional<std::string> MeetingTitles::titleForApplication(const std::string& bundleIdentifier,
-                                                              const Activity& activity) const {
+                                                              Activity& activity) const {
   if (contains(bundleIdentifier, "com.tinyspeck.slackmacgap")) {
     return slackTitle(windowTitles(bundleIdentifier));
   }
@@ -47,15 +47,15 @@ std::optional<std::string> MeetingTitles::slackTitle(
   });
 }
 
-std::optional<std::string> MeetingTitles::teamsTitle(const Activity& activity) const {
+std::optional<std::string> MeetingTitles::teamsTitle(Activity& activity) const {
   const auto& identifier = activity.applicationBundleIdentifier();
   if (identifier != "com.microsoft.teams" && identifier != "com.microsoft.teams2") {
     return std::nullopt;
   }
-  // A page may give a title that the window lacks; the sampled activity stays as it is.
-  Activity seen = activity;
-  if (!hasTeamsCallWindow(process_, seen) || !seen.details.windowTitle) return std::nullopt;
-  return teamsTitle(*seen.details.windowTitle);
+  if (!hasTeamsCallWindow(process_, activity) || !activity.details.windowTitle) {
+    return std::nullopt;
+  }
+  return teamsTitle(*activity.details.windowTitle);
 }
 
 std::optional<std::string> MeetingTitles::teamsTitle(const std::string& windowTitle) const {
@@ -88,8 +88,9 @@ std::optional<std::string> MeetingTitles::bannerTitle(const std::vector<std::str
 std::optional<std::string> faceTimeWindowTitle(const std::vector<std::string>& windowTitles) {
   constexpr std::size_t wordsOfOtherWindows = 2;
   return firstNonNil(windowTitles, [](const std::string& title) -> std::optional<std::string> {
-    if (titleParts(title, " ").size() <= wordsOfOtherWindows) return std::nullopt;
-    return title;
+    auto words = titleParts(title, " ");
+    std::erase(words, "");
+    return words.size() > wordsOfOtherWindows ? std::optional(title) : std::nullopt;
   });
 }
 

@@ -21,7 +21,7 @@ class MeetingTitles {
 
   // Slack: by the titles of its windows. Teams: by the sampled activity.
   std::optional<std::string> titleForApplication(const std::string& bundleIdentifier,
-                                                 const Activity& activity) const;
+                                                 Activity& activity) const;
   // By FaceTime's windows or, when these say nothing, by its banner in Notification Center.
   std::optional<std::string> faceTimeTitle() const;
 
@@ -34,7 +34,7 @@ class MeetingTitles {
 
  private:
   std::vector<std::string> windowTitles(const std::string& bundleIdentifier) const;
-  std::optional<std::string> teamsTitle(const Activity& activity) const;
+  std::optional<std::string> teamsTitle(Activity& activity) const;
   std::optional<std::string> notificationCenterTitle() const;
 
   Process& process_;

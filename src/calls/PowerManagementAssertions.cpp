@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <iostream>
 
 #include "calls/AssertionFields.h"
 #include "calls/PowerManagementSettings.h"
@@ -10,6 +9,7 @@
 #include "calls/SnapshotDump.h"
 #include "platform/Clock.h"
 #include "platform/Process.h"
+#include "platform/StandardOutput.h"
 #include "platform/TextCase.h"
 #include "product/KestroDatabase.h"
 #include "product/KestroLegacy.h"
@@ -122,10 +122,6 @@ PIDAndRunningApplication resolved(Process& process, ProcessIdentifier pid) {
   return result;
 }
 
-void printLine(std::string_view line) {
-  std::cout << line << '\n';
-}
-
 }  // namespace
 
 PowerManagementAssertions PowerManagementAssertions::current(Process& process,
@@ -137,7 +133,7 @@ PowerManagementAssertions PowerManagementAssertions::current(Process& process,
   if (!byProcess) return snapshot;
 
   for (const auto& [listedUnder, assertions] : *byProcess) {
-    for (const PropertyList& fields : assertions) {
+    for (const PropertyListDictionary& fields : assertions) {
       auto accepted = acceptedAssertion(AssertionFields(fields), listedUnder, settings, now);
       if (!accepted) continue;
       classify(*accepted, settings, snapshot);
@@ -154,7 +150,8 @@ PowerManagementAssertions PowerManagementAssertions::current(Process& process,
   if (logSink) {
     dumpSnapshot(process, *byProcess, snapshot, logSink);
   } else if (settings.dumpRecordedAssertions) {
-    dumpSnapshot(process, *byProcess, snapshot, printLine);
+    dumpSnapshot(process, *byProcess, snapshot,
+                 [&](std::string_view line) { process.platform().standardOutput.printLine(line); });
   }
   return snapshot;
 }

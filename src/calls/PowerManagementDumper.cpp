@@ -3,18 +3,14 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
-#include <iostream>
-
 #include "calls/ApplicationsInCall.h"
 #include "calls/DumpHeader.h"
 #include "calls/PowerManagementAssertions.h"
+#include "platform/Process.h"
+#include "platform/StandardOutput.h"
 
 namespace kestro {
 namespace {
-
-void printLine(std::string_view line) {
-  std::cout << line << '\n';
-}
 
 // As the designed platform's language prints a list of records.
 std::string listDescription(const std::vector<ApplicationAndMetadata>& applications) {
@@ -28,14 +24,16 @@ std::string listDescription(const std::vector<ApplicationAndMetadata>& applicati
 }  // namespace
 
 void PowerManagementDumper::dumpPowerManagementAssertions(Process& process) {
+  const auto printLine = [&](std::string_view line) {
+    process.platform().standardOutput.printLine(line);
+  };
   for (const std::string& line : dumpHeader(process))
     printLine(line);
   const auto snapshot = PowerManagementAssertions::current(process, printLine);
   printLine("\nCall information derived from that:");
   // No activity was sampled: titles that only one tells are missing.
-  const Activity activity(RunningApplication{}, ActivityDetails{});
+  Activity activity(RunningApplication{}, ActivityDetails{});
   printLine(listDescription(applicationsInCall(process, snapshot, activity)));
-  std::cout << std::flush;
 }
 
 }  // namespace kestro

@@ -23,7 +23,7 @@ RunningCallDetector::RunningCallDetector(Process& process)
   callEndedHandler_.registerNotificationCategory(*this);
 }
 
-void RunningCallDetector::updateCallStatusForActivity(const Activity& activity) {
+void RunningCallDetector::updateCallStatusForActivity(Activity& activity) {
   const auto& settings = process_.shared<CallSettings>();
   const bool isPaused = !process_.shared<InfoLogger>().shouldTrack();
   if (isPaused && !settings.detectCallsWhenTrackingPaused) return;
@@ -44,7 +44,7 @@ bool RunningCallDetector::detectsCallsWhenTrackingIsPaused() const {
 }
 
 RunningCallDetector::Applications RunningCallDetector::currentCalls(
-    const PowerManagementAssertions& snapshot, const Activity& activity) {
+    const PowerManagementAssertions& snapshot, Activity& activity) {
   auto applications = applicationsInCall(process_, snapshot, activity);
   if (!process_.shared<CallSettings>().browserBasedCallDetectionEnabled) return applications;
   for (const auto& application : snapshot.appsWithMeetingRelatedPMAssertions) {

@@ -28,7 +28,7 @@ class RunningCallDetector final : public InfoLoggerCallDetector,
   // Use sharedInstance. Registers the category of its notifications.
   explicit RunningCallDetector(Process& process);
 
-  void updateCallStatusForActivity(const Activity& activity) override;
+  void updateCallStatusForActivity(Activity& activity) override;
   bool detectsCallsWhenTrackingIsPaused() const override;
   // Whether a call runs that would be offered.
   bool hasRunningCall() const override;
@@ -43,7 +43,7 @@ class RunningCallDetector final : public InfoLoggerCallDetector,
  private:
   using Applications = std::vector<ApplicationAndMetadata>;
 
-  Applications currentCalls(const PowerManagementAssertions& snapshot, const Activity& activity);
+  Applications currentCalls(const PowerManagementAssertions& snapshot, Activity& activity);
   void logMeetingAssertions(const PowerManagementAssertions& snapshot);
   void logParallelCalls(const Applications& applications);
   void noteCall(const ApplicationAndMetadata& application, Date now);

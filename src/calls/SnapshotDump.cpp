@@ -17,7 +17,7 @@ std::set<ProcessIdentifier> allPids(const AssertionsByProcess& byProcess) {
   std::set<ProcessIdentifier> pids;
   for (const auto& [pid, assertions] : byProcess) {
     pids.insert(pid);
-    for (const PropertyList& assertion : assertions) {
+    for (const PropertyListDictionary& assertion : assertions) {
       if (const auto other = AssertionFields(assertion).onBehalfOfPID()) pids.insert(*other);
     }
   }
@@ -27,7 +27,7 @@ std::set<ProcessIdentifier> allPids(const AssertionsByProcess& byProcess) {
 PropertyList asPropertyList(const AssertionsByProcess& byProcess) {
   PropertyListDictionary dictionary;
   for (const auto& [pid, assertions] : byProcess)
-    dictionary.set(std::to_string(pid), assertions);
+    dictionary.set(std::to_string(pid), PropertyListArray(assertions.begin(), assertions.end()));
   return dictionary;
 }
 

@@ -77,8 +77,9 @@ void appendPrefixed(std::string& result, std::string_view prefix, std::string_vi
 }
 
 void appendTree(std::string& result, const std::string& prefix, const AccessibilityElement& element,
-                std::int64_t depth, int& elementsLeft) {
-  if (--elementsLeft < 0) return;
+                std::int64_t depth, std::size_t& elementsLeft) {
+  if (elementsLeft == 0) return;
+  --elementsLeft;
   appendPrefixed(result, prefix, attributeSummary(element, SummaryForm::brief));
   if (depth <= 0 || elementsLeft == 0) return;
   const auto children = element.children();
@@ -114,9 +115,14 @@ std::string attributeSummary(const AccessibilityElement& element, SummaryForm fo
 
 std::optional<std::string> treeDescription(const AccessibilityElement& element,
                                            std::int64_t depth) {
-  if (depth < 0) return std::nullopt;
+  std::size_t elementsLeft = mostElementsExamined;
+  return treeDescription(element, depth, elementsLeft);
+}
+
+std::optional<std::string> treeDescription(const AccessibilityElement& element, std::int64_t depth,
+                                           std::size_t& elementsLeft) {
+  if (depth < 0 || elementsLeft == 0) return std::nullopt;
   std::string text;
-  auto elementsLeft = static_cast<int>(mostElementsExamined);
   appendTree(text, "", element, std::min(depth, deepestTree), elementsLeft);
   return text.substr(1);
 }

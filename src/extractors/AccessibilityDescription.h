@@ -19,5 +19,9 @@ std::string attributeSummary(const AccessibilityElement& element, SummaryForm fo
 // The brief summaries of the element and its descendants down to `depth` levels below it, indented;
 // absent when `depth` is negative. Ends after `mostElementsExamined`.
 std::optional<std::string> treeDescription(const AccessibilityElement& element, std::int64_t depth);
+// The same, but it ends after `elementsLeft`, from which it takes those that it described; absent
+// too when none are left.
+std::optional<std::string> treeDescription(const AccessibilityElement& element, std::int64_t depth,
+                                           std::size_t& elementsLeft);
 
 }  // namespace kestro

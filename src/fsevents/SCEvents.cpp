@@ -19,11 +19,32 @@ std::string listDescription(const std::vector<std::string>& paths) {
   return fmt::format("({})", fmt::join(paths, ", "));
 }
 
+std::optional<std::vector<std::string>> texts(const PropertyList& value) {
+  const auto* members = value.get<PropertyListArray>();
+  if (!members) return std::nullopt;
+  std::vector<std::string> list;
+  for (const PropertyList& member : *members) {
+    if (const auto* text = member.get<std::string>()) list.push_back(*text);
+  }
+  return list;
+}
+
+bool isOn(const PropertyList* value) {
+  const bool* flag = value ? value->get<bool>() : nullptr;
+  return flag && *flag;
+}
+
 }  // namespace
 
 SCEvents& SCEvents::sharedPathWatcher(Process& process) {
   return process.shared<SCEvents>();
 }
+
+SCEvents::SCEvents(Process& process)
+    : process_(process),
+      requests_(process.platform().notificationCenter.observe(
+          helperNotification::watcherRequest,
+          [this](const PropertyListDictionary& request) { handleRequest(request); })) {}
 
 bool SCEvents::startWatchingPaths(std::vector<std::string> paths) {
   if (paths.empty() || isWatchingPaths()) return false;
@@ -67,6 +88,16 @@ bool SCEvents::isIgnored(const std::string& path) const {
   return std::ranges::any_of(excludedPaths_, [&](const std::string& excluded) {
     return path == excluded || (ignoreEventsFromSubDirs_ && path.starts_with(excluded));
   });
+}
+
+void SCEvents::handleRequest(const PropertyListDictionary& request) {
+  if (const PropertyList* value = request.find("excludedPaths")) {
+    if (const auto paths = texts(*value)) setExcludedPaths(*paths);
+  }
+  if (const PropertyList* value = request.find("ignoreEventsFromSubDirs")) {
+    if (const bool* ignores = value->get<bool>()) setIgnoreEventsFromSubDirs(*ignores);
+  }
+  if (isOn(request.find("stop"))) stopWatchingPaths();
 }
 
 std::string SCEvents::streamDescription() const {

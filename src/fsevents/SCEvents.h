@@ -9,6 +9,7 @@
 
 #include "fsevents/SCEvent.h"
 #include "platform/FileEvents.h"
+#include "platform/NotificationCenter.h"
 
 namespace kestro {
 
@@ -26,7 +27,7 @@ class SCEvents {
   static SCEvents& sharedPathWatcher(Process& process);
 
   // Use sharedPathWatcher.
-  explicit SCEvents(Process& process) : process_(process) {}
+  explicit SCEvents(Process& process);
 
   // False, and nothing changes, when the list is empty or it watches already.
   bool startWatchingPaths(std::vector<std::string> paths);
@@ -58,6 +59,7 @@ class SCEvents {
  private:
   void deliver(const std::vector<FileEvent>& events);
   bool isIgnored(const std::string& path) const;
+  void handleRequest(const PropertyListDictionary& request);
 
   Process& process_;
   SCEventListenerProtocol* delegate_ = nullptr;
@@ -66,7 +68,8 @@ class SCEvents {
   std::vector<std::string> watchedPaths_;
   std::vector<std::string> excludedPaths_;
   std::optional<SCEvent> lastEvent_;
-  std::unique_ptr<FileEventStream> stream_;  // null while it does not watch
+  NotificationCenter::Observation requests_;  // of other parts of the program
+  std::unique_ptr<FileEventStream> stream_;   // null while it does not watch
 };
 
 }  // namespace kestro

@@ -1,6 +1,7 @@
 // Other programs that the helper runs.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -23,6 +24,12 @@ class ChildProcesses {
   // bounded: a program that does not end is killed after ten seconds.
   virtual std::variant<ExitStatus, LaunchFailure> runAndWait(
       const std::string& path, const std::vector<std::string>& arguments) = 0;
+
+  // Starts the program at `path` and returns at once; absent when it was started. It outlives the
+  // helper and keeps only its standard input and output. What it writes to its standard error goes
+  // to a pipe that nobody reads, and never makes it wait or ends it.
+  virtual std::optional<LaunchFailure> startDetached(const std::string& path,
+                                                     const std::vector<std::string>& arguments) = 0;
 };
 
 }  // namespace kestro

@@ -1,5 +1,4 @@
-// Wall-clock time. In a scene it is virtual, so nothing above the platform reads the machine's own
-// clock.
+// Time. In a scene it is virtual, so nothing above the platform reads the machine's own clocks.
 #pragma once
 
 #include <chrono>
@@ -12,7 +11,9 @@ using Seconds = std::chrono::duration<double>;
 class Clock {
  public:
   virtual ~Clock() = default;
-  virtual Date now() const = 0;
+  virtual Date now() const = 0;  // wall-clock time
+  // Since some moment in the past; nobody sets it back. For how long something took.
+  virtual Seconds monotonicTime() const = 0;
 };
 
 }  // namespace kestro

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,7 @@ struct DesktopOptions {
   std::vector<std::string> arguments;                  // of the command line, after the executable
   std::optional<std::filesystem::path> dataDirectory;  // absent: the backend's own choice
   std::unique_ptr<TranscriptWriter> transcriptWriter;  // null: no transcript
+  std::ostream* standardOutput = nullptr;  // null: what is printed is only in the transcript
 };
 
 class Desktop {

@@ -12,6 +12,11 @@ namespace kestro {
 
 class Process;
 
+// Marks a key that is looked up elsewhere, so that the check of the tables sees it.
+constexpr const char* localizable(const char* key) {
+  return key;
+}
+
 // The text for an English key; the key itself when the table has none.
 std::string localizedString(Process& process, std::string_view key);
 // The same with the arguments in the places of the text's "%@" and "%f", in their order. A place
@@ -19,6 +24,12 @@ std::string localizedString(Process& process, std::string_view key);
 std::string localizedFormat(Process& process, std::string_view key, std::string_view argument);
 std::string localizedFormat(Process& process, std::string_view key,
                             const std::vector<std::string>& arguments);
+
+// Marks a key that stands elsewhere than in a call of these functions, in an array for example: a
+// test looks for literal keys in calls and marks, and compares them with the tables.
+constexpr std::string_view localizable(std::string_view key) {
+  return key;
+}
 
 struct LocalizedTable {
   std::string_view language;

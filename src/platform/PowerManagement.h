@@ -4,6 +4,7 @@
 
 #include <map>
 #include <optional>
+#include <vector>
 
 #include "platform/Accessibility.h"
 #include "platform/PropertyList.h"
@@ -12,10 +13,9 @@ namespace kestro {
 
 class PowerManagement {
  public:
-  // By the process that each assertion is listed under. Every member of a list is a dictionary with
-  // the designed platform's keys (AssertType, AssertName, ResourcesUsed, …); nothing is promised
-  // about the types of its values.
-  using AssertionsByProcess = std::map<ProcessIdentifier, PropertyListArray>;
+  // By the process that each assertion is listed under, under the designed platform's keys
+  // (AssertType, AssertName, ResourcesUsed, …); nothing is promised about the types of the values.
+  using AssertionsByProcess = std::map<ProcessIdentifier, std::vector<PropertyListDictionary>>;
 
   virtual ~PowerManagement() = default;
 

@@ -26,6 +26,11 @@ class Process {
   // destroyed with the process, the one made last first.
   template <class Shared>
   Shared& shared();
+  // Whether it was made already.
+  template <class Shared>
+  bool hasShared() const {
+    return sharedByType_.contains(std::type_index(typeid(Shared)));
+  }
 
  private:
   Platform& platform_;

@@ -28,6 +28,14 @@ class RunLoop {
   // Runs `task` after each `interval`, first after one interval. A run that is late is not made up
   // for: the next is due at the following multiple of the interval.
   [[nodiscard]] virtual std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task) = 0;
+  // Runs `task` once when the clock shows `date`: a clock that is set moves it. A date that has
+  // passed is due at once.
+  [[nodiscard]] virtual std::unique_ptr<Timer> scheduleAt(Date date, Task task) = 0;
+
+  // Keeps the main thread waiting, and with it everything else; nothing or less does not wait. Live
+  // it returns early once a signal asks the helper to terminate. What falls due in a scene
+  // meanwhile happens when the current task has returned.
+  virtual void sleep(Seconds duration) = 0;
 
   // What to do when the session, a signal or the scene's end asks the helper to terminate. The
   // handler ends the loop with `stop`, now or later; without one the loop ends with status 0.

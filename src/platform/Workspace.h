@@ -40,6 +40,12 @@ class Workspace {
   virtual std::optional<std::string> executablePath(ProcessIdentifier process) = 0;
   // Absent when there is no bundle.
   virtual std::optional<ApplicationBundle> bundleAtPath(const std::string& path) = 0;
+  // Where the bundle of an application lies, running or not. Absent when the platform knows none
+  // with exactly this bundle identifier.
+  virtual std::optional<std::string> applicationPath(std::string_view bundleIdentifier) = 0;
+
+  // Starts the application there, or brings it to the front. Nobody hears whether it works.
+  virtual void openApplication(const std::string& bundlePath) = 0;
 
   // Frames of all attached screens, the main screen first, in screen coordinates (origin at the
   // bottom left of the main screen, y upwards).

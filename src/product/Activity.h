@@ -20,6 +20,8 @@ struct ActivityDetails {
   std::optional<std::vector<std::string>> contextPath;
   bool isPrivateBrowsing = false;
 
+  // A line for each field, for diagnostics; "(nil)" for what is absent.
+  std::string description() const;
   bool operator==(const ActivityDetails&) const = default;
 };
 

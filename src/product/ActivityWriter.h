@@ -16,6 +16,7 @@
 #include <memory>
 
 #include "platform/Clock.h"
+#include "product/SyncManager.h"
 #include "product/TimeEntries.h"
 
 namespace kestro {
@@ -37,6 +38,14 @@ class ActivityWriter {
     return taskActivityManager_;
   }
 
+  // Posted when the flush and sync of a shutdown are done.
+  static constexpr std::string_view flushAndSyncFinishedNotification =
+      productNotification::flushAndSyncFinished;
+
+  // What is done after each sync, instead of what was before; null: nothing.
+  void setPostSyncUpdater(std::unique_ptr<PostSyncUpdater> updater);
+  PostSyncUpdater* postSyncUpdater() const { return postSyncUpdater_.get(); }
+
   // One sample, taken at `time`.
   void write(Date time, const Activity& activity);
   // From `time` on nothing is tracked: a sample without an activity, or the end of tracking.
@@ -49,6 +58,7 @@ class ActivityWriter {
   struct State;
   std::unique_ptr<State> state_;
   OngoingTaskActivityManager taskActivityManager_;
+  std::unique_ptr<PostSyncUpdater> postSyncUpdater_;
 };
 
 }  // namespace kestro

@@ -7,6 +7,9 @@
 #include <functional>
 #include <memory>
 
+#include "product/SampleData.h"
+#include "product/SyncManager.h"
+
 namespace SQLite {
 class Database;
 class Exception;
@@ -25,6 +28,10 @@ class DatabaseWrapper {
   // opened, or a newer version of the product wrote it; a log line has said why. Unless it is a
   // newer one, it is tried again after ten seconds: the disk may have room, or be there, by then.
   static DatabaseWrapper* sharedInstance(Process& process);
+  // The same without opening it: null as well when it is not open yet.
+  static DatabaseWrapper* openSharedInstance(Process& process);
+  // Saves what waits and closes it; there is none from now on.
+  static void clearSharedInstance(Process& process);
 
   // Opens the file, makes it when there is none, and brings it to this version's schema. Other
   // helpers cannot open it while the wrapper lives. A file that is no database is moved aside and a
@@ -42,8 +49,8 @@ class DatabaseWrapper {
   // old db() must be gone. Throws std::exception when there can be no new one; there is no db()
   // until a later call succeeds.
   void replaceDamaged();
-  // Runs a write in one transaction. False when it failed: the database is as it was then, and a
-  // log line says why.
+  // Runs a write in one transaction. False when it failed: the database is as it was then, and an
+  // alert and a log line have said why, once until a write works again.
   using Mutation = std::function<void(SQLite::Database& mutator)>;
   bool mutateOrPresentError(const Mutation& mutation);
   // The same with the run loop's next task. While the database is busy or full the write waits and
@@ -54,15 +61,27 @@ class DatabaseWrapper {
 
   // Null when the product has none.
   ActivityWriter* activityWriter() { return activityWriter_.get(); }
+  SyncManager& syncManager() { return *syncManager_; }
+
+  // A copy of the database in the folder "Backups" beside it, and the oldest copies beyond five
+  // removed. A log line when it fails.
+  void createAutomaticBackup();
+  // Lets the sources fill an empty database, when sample data is wanted. Throws std::exception.
+  void generateSampleDataIfNeeded(const SampleDataSources& sampleDataSources);
 
  private:
+  bool isEmpty() const;
+  void presentError(const SQLite::Exception& failure);
+
   Process& process_;
   std::filesystem::path file_;
   std::unique_ptr<FileLock> lock_;  // "Kestro.lock" beside the file: rows have one writer
   std::unique_ptr<SQLite::Database> database_;
   std::unique_ptr<ActivityWriter> activityWriter_;
+  std::unique_ptr<SyncManager> syncManager_;
   std::deque<Mutation> waitingMutations_;
   std::unique_ptr<Timer> nextTry_;
+  bool hasPresentedError_ = false;
 };
 
 }  // namespace kestro

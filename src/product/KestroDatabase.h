@@ -34,6 +34,15 @@ class DurationFormatter {
   static std::string format(Seconds duration, Style style);
 };
 
+// Durations as short texts, for menus: "1h 5m", "45s".
+class DurationFormatterBridge {
+ public:
+  // The largest units of hours, minutes and seconds that are not zero, `maxComponents` at most,
+  // rounded down; seconds only below a minute. With `alwaysShowMinutes` also "0m" where no minute
+  // is full, and no seconds. Negative durations count as none.
+  static std::string shortString(Seconds duration, int maxComponents, bool alwaysShowMinutes);
+};
+
 // The text without characters that shape or order text but show nothing: formatting characters
 // (direction marks, zero-width joiners outside emoji, byte-order marks) and control characters
 // other than tab and line feed.

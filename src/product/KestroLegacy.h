@@ -11,6 +11,7 @@
 #include "platform/Accessibility.h"
 #include "platform/PropertyList.h"
 #include "platform/RegularExpression.h"
+#include "product/Shortcuts.h"
 
 namespace kestro {
 
@@ -22,11 +23,38 @@ class KSHelper {
   static bool accessibilityAvailable(Process& process);
   // The whole path of a process's executable; absent when it cannot be known.
   static std::optional<std::string> getPathForProcess(Process& process, ProcessIdentifier pid);
+  // Opens the system's settings where the user permits accessibility.
+  static void openAccessibilityPreferencePane(Process& process);
+  // Of the product's main application.
+  static std::string mainAppBundleIdentifierForLaunching();
+};
+
+// Whether the helper starts when the user logs in.
+class KSStartupManager {
+ public:
+  static bool shouldStartAtLogin(Process& process);
+  static void setShouldStartAtLogin(Process& process, bool starts);
+};
+
+// The preferences of the product's main application.
+class MainAppPreferences {
+ public:
+  static MainAppPreferences& sharedInstance(Process& process);
+  // Use sharedInstance.
+  explicit MainAppPreferences(Process& process);
+  // Whether the user has been shown around. True unless the main application says that it is still
+  // to be done.
+  bool onboardingHasCompleted() const;
+
+ private:
+  Process& process_;
 };
 
 // The preferences that the product keeps for its helper.
 class HelperPreferences {
  public:
+  // For start-up, which has it made early; others ask the process for it.
+  static HelperPreferences& sharedInstance(Process& process);
   explicit HelperPreferences(Process& process) : process_(process) {}
 
   // Whether web-view applications may be asked to show their accessibility tree. True unless the
@@ -37,6 +65,21 @@ class HelperPreferences {
   // on.
   bool playSoundWhenMeetingDetected() const;
   void setPlaySoundWhenMeetingDetected(bool plays) const;
+
+  // Whether the status item is shown. True unless the user has hidden it.
+  bool statusItemVisible() const;
+
+  // Whether the user is asked what they did after having been away. False unless turned on.
+  bool shouldAskForTaskAfterIdle() const;
+  void setShouldAskForTaskAfterIdle(bool asks) const;
+  // Whether time away is not tracked. True unless turned off.
+  bool shouldSuspendTrackingUponIdle() const;
+
+  // The user's shortcut for the timer; absent: none.
+  static constexpr const char* startTaskShortcutKey = "startTaskShortcut";
+  std::optional<MASShortcut> startTaskShortcut() const { return getShortcut(startTaskShortcutKey); }
+  // The shortcut that is stored or, before one is, that of the product's conditions.
+  std::optional<MASShortcut> getShortcut(const std::string& key) const;
 
   // As stored: absent where the key is unset or its value cannot count as the type.
   std::optional<bool> getBool(std::string_view key) const;
@@ -85,6 +128,8 @@ class AnalyticsWrapper {
 
   static void logEvent(Process& process, std::string_view name, PropertyListDictionary attributes,
                        SamplingFrequency samplingFrequency, Flags flags);
+  static void logEvent(Process& process, std::string_view name, PropertyListDictionary attributes,
+                       bool isCritical);
   // The number with its first digit only, so that an event does not tell it exactly: 1754 is 2000,
   // 96 is 100, 0 is 0.
   static double roundNumberToLogScale(double number);

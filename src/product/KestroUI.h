@@ -15,6 +15,8 @@
 #include "product/Activity.h"
 #include "product/ActivityWriter.h"
 #include "product/DatabaseWrapper.h"
+#include "product/HelperHelper.h"
+#include "product/StatusItemInfoProvider.h"
 #include "product/SupportRequests.h"
 #include "product/TimeEntries.h"
 
@@ -50,13 +52,23 @@ class InfoLoggerExtractor {
   virtual void callInfoExtractorFor(Activity& activity) = 0;
   virtual const std::set<std::string>& noAccessibilityApplicationBundleIdentifiers() = 0;
   virtual const InfoLoggerAccessibilityStatsProvider& accessibilityStatsProvider() = 0;
+  // Ends this process after the delay and starts the helper anew.
+  virtual void relaunchWithDelay(Seconds delay, PropertyListDictionary attributes) = 0;
+};
+
+// Shows whether the loop is tracking.
+class InfoLoggerPresenter {
+ public:
+  virtual ~InfoLoggerPresenter() = default;
+  virtual void updateStatusItemTransparency() = 0;
 };
 
 // Told about every sampled activity, after its extractor ran.
 class InfoLoggerCallDetector {
  public:
   virtual ~InfoLoggerCallDetector() = default;
-  virtual void updateCallStatusForActivity(const Activity& activity) = 0;
+  // Gives the activity the title of a page that is looked at when its window has none.
+  virtual void updateCallStatusForActivity(Activity& activity) = 0;
   // Whether it wants samples while tracking is paused; nothing else is done with those.
   virtual bool detectsCallsWhenTrackingIsPaused() const = 0;
 
@@ -77,15 +89,20 @@ class InfoLogger {
   explicit InfoLogger(Process& process);
   ~InfoLogger();
 
-  // Neither is owned; both must outlive the loop or be replaced by null.
+  // None is owned; they must outlive the loop or be replaced by null.
+  void setPresenter(InfoLoggerPresenter* presenter);
   void setInfoExtractor(InfoLoggerExtractor* extractor);
   void setCallDetector(InfoLoggerCallDetector* callDetector);
 
   bool shouldTrack() const;
   void setShouldTrack(bool shouldTrack);
 
-  // Ends sampling and writes what is held back. True when that goes on after the call and its end
-  // will be announced.
+  // The user has opened the status item's menu.
+  void statusItemClicked();
+
+  // Writes what is held back and, unless a relaunch is to follow, ends sampling. True when the
+  // writing goes on after the call and its end will be announced, by the notification
+  // ActivityWriter::flushAndSyncFinishedNotification.
   bool prepareForShutdown(bool isRelaunch);
 
  private:

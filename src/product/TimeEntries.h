@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/Clock.h"
 #include "platform/PropertyList.h"
@@ -16,6 +17,7 @@ class Database;
 namespace kestro {
 
 class DatabaseWrapper;
+struct MenuItem;
 class Process;
 
 struct Project {
@@ -28,6 +30,13 @@ struct TaskActivity {
   std::int64_t identifier;
   Date start;
   Date end;
+  std::optional<std::string> title;
+  std::optional<std::string> project;  // by name
+};
+
+// The timer that runs now.
+struct RunningTimer {
+  Date start;
   std::optional<std::string> title;
   std::optional<std::string> project;  // by name
 };
@@ -90,11 +99,31 @@ class OngoingTaskActivityManager {
  public:
   explicit OngoingTaskActivityManager(Process& process) : process_(process) {}
 
+  // Posted by those who want the user to start a timer.
+  static constexpr std::string_view startTaskRequestedNotification =
+      "OngoingTaskActivityManager.startTaskRequested";
+
   bool hasRunningActivity() const;
+  // Absent when no timer runs.
+  std::optional<RunningTimer> runningTimer() const;
+
+  // Opens the editor; what the user saves runs from then on, instead of the timer that ran.
+  void showEditorToStartTaskActivity() const;
+  void startTaskActivity(const RunningTimer& timer) const;
+  // The timer becomes a time entry. Nothing when none runs.
+  void stopRunningActivity(bool showNotification, bool autoStopped) const;
+  // Opens the editor on the running timer or else on the latest time entry, if there is one.
+  void editRunningOrLatestTask() const;
+  // Gives the menu's row the title of what it would edit, and the shortcut; hidden when there is
+  // nothing.
+  void updateEditRunningOrLatestTaskMenuItem(MenuItem& item) const;
   // Opens the editor on the entry; what the user saves changes it.
   void editTaskActivity(const TaskActivity& activity, bool center) const;
 
  private:
+  std::optional<TaskActivity> endRunningTimer() const;
+  void editRunningTimer(const RunningTimer& timer) const;
+
   Process& process_;
 };
 

@@ -29,5 +29,14 @@ TEST(Activity, executable) {
   }
 }
 
+TEST(ActivityDetails, description) {
+  ActivityDetails details;
+  details.windowTitle = "General";
+  details.contextPath = {"Server", "general \"chat\""};
+  EXPECT_EQ(details.description(),
+            "windowTitle: General\ndocumentTitle: (nil)\ndocumentPath: (nil)\n"
+            "contextPath: [\"Server\", \"general \"chat\"\"]\nisPrivateBrowsing: false");
+}
+
 }  // namespace
 }  // namespace kestro

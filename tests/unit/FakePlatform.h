@@ -14,9 +14,11 @@
 #include "platform/Clock.h"
 #include "platform/FileEvents.h"
 #include "platform/Files.h"
+#include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "platform/PowerManagement.h"
 #include "platform/RunLoop.h"
+#include "platform/StandardOutput.h"
 #include "platform/SystemLog.h"
 #include "platform/TimeEntryEditors.h"
 #include "platform/Transcript.h"
@@ -24,12 +26,14 @@
 #include "platform/UserNotifications.h"
 #include "platform/WindowServer.h"
 #include "platform/Workspace.h"
+#include "platform/linux/MissingParts.h"
 
 namespace kestro::fakes {
 
 class ManualRunLoop final : public RunLoop, public Clock {
  public:
   Date now() const override { return now_; }
+  Seconds monotonicTime() const override { return now_.time_since_epoch(); }
   void setNow(Date time) { now_ = time; }
 
   void post(Task task) override { add(Seconds(0), Seconds(0), std::move(task)); }
@@ -38,6 +42,12 @@ class ManualRunLoop final : public RunLoop, public Clock {
   }
   std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task) override {
     return std::make_unique<Handle>(*this, add(interval, interval, std::move(task)));
+  }
+  std::unique_ptr<Timer> scheduleAt(Date date, Task task) override {
+    return scheduleAfter(std::max(date, now_) - now_, std::move(task));
+  }
+  void sleep(Seconds duration) override {
+    now_ += std::chrono::round<Date::duration>(std::max(duration, Seconds(0)));
   }
   void setTerminationHandler(Task) override {}
   int run() override { return 0; }
@@ -56,7 +66,7 @@ class ManualRunLoop final : public RunLoop, public Clock {
       }
       entry->task();
     }
-    now_ = end;
+    now_ = std::max(now_, end);  // a task may have slept for longer
   }
 
  private:
@@ -186,6 +196,8 @@ struct EmptyWorkspace final : Workspace {
   std::vector<RunningApplication> runningApplications(std::string_view) override { return {}; }
   std::optional<std::string> executablePath(ProcessIdentifier) override { return {}; }
   std::optional<ApplicationBundle> bundleAtPath(const std::string&) override { return {}; }
+  std::optional<std::string> applicationPath(std::string_view) override { return {}; }
+  void openApplication(const std::string&) override {}
   std::vector<Rect> screens() override { return {}; }
 };
 
@@ -194,10 +206,22 @@ struct NoChildProcesses final : ChildProcesses {
                                                      const std::vector<std::string>&) override {
     return LaunchFailure{"no programs here"};
   }
+  std::optional<LaunchFailure> startDetached(const std::string&,
+                                             const std::vector<std::string>&) override {
+    return LaunchFailure{"no programs here"};
+  }
 };
 
 struct NoFiles final : Files {
   std::optional<PropertyListDictionary> dictionary(const std::string&) override { return {}; }
+  bool exists(const std::string&) override { return false; }
+  std::optional<std::string> copy(const std::string&, const std::string&) override {
+    return "no files here";
+  }
+  std::optional<std::string> makeDirectories(const std::string&) override {
+    return "no files here";
+  }
+  std::optional<std::string> documentsDirectory() override { return {}; }
 };
 
 // Delivers when a test says so.
@@ -242,6 +266,11 @@ struct NoTimeEntryEditors final : TimeEntryEditors {
   void present(const TimeEntryEditorContents&, Placement, Completion) override {}
 };
 
+struct MemoryOutput final : StandardOutput {
+  void printLine(std::string_view text) override { lines.emplace_back(text); }
+  std::vector<std::string> lines;
+};
+
 // A new empty directory, removed in the end.
 class TemporaryDirectory {
  public:
@@ -269,8 +298,15 @@ struct FakePlatform {
   NoFiles files;
   ManualFileEvents fileEvents;
   NoPowerManagement powerManagement;
+  MissingAlerts alerts;
+  MissingStatusBar statusBar;
+  MissingGlobalShortcuts globalShortcuts;
+  MissingAppleEvents appleEvents;
+  MissingLoginItems loginItems;
+  NotificationCenter notificationCenter;
   NoUserNotifications userNotifications;
   NoTimeEntryEditors timeEntryEditors;
+  MemoryOutput standardOutput;
   ManualRunLoop runLoop;
   MemoryLog log;
   MemoryTranscript transcript;
@@ -284,14 +320,26 @@ struct FakePlatform {
                     .files = files,
                     .fileEvents = fileEvents,
                     .powerManagement = powerManagement,
+                    .alerts = alerts,
+                    .statusBar = statusBar,
+                    .globalShortcuts = globalShortcuts,
+                    .appleEvents = appleEvents,
+                    .loginItems = loginItems,
+                    .notificationCenter = notificationCenter,
                     .userNotifications = userNotifications,
                     .timeEntryEditors = timeEntryEditors,
+                    .standardOutput = standardOutput,
                     .clock = runLoop,
                     .runLoop = runLoop,
                     .log = log,
                     .transcript = transcript,
                     .mainBundle = {},
+                    .relaunchCommands = {},
+                    .processIdentifier = 501,
                     .operatingSystemVersion = {},
+                    .operatingSystemMajorVersion = 0,
+                    .timeZone = TimeZone::utc(),
+                    .random = [] { return 0; },
                     .arguments = {},
                     .preferredLanguages = {"en"},
                     .dataDirectory = directory.path(),

@@ -28,7 +28,7 @@ class ScriptedExtractor final : public InfoLoggerExtractor, public InfoLoggerCal
     activity.details.documentTitle = "document";
     if (extractorFails) throw std::runtime_error("a private title");
   }
-  void updateCallStatusForActivity(const Activity& activity) override {
+  void updateCallStatusForActivity(Activity& activity) override {
     seenByDetector += activity.details.documentTitle.value_or("?") + ";";
   }
   bool detectsCallsWhenTrackingIsPaused() const override { return detectsWhilePaused; }
@@ -37,6 +37,7 @@ class ScriptedExtractor final : public InfoLoggerExtractor, public InfoLoggerCal
   const std::set<std::string>& noAccessibilityApplicationBundleIdentifiers() override {
     return none_;
   }
+  void relaunchWithDelay(Seconds, PropertyListDictionary) override {}
   const InfoLoggerAccessibilityStatsProvider& accessibilityStatsProvider() override {
     throw std::logic_error("not asked for");
   }

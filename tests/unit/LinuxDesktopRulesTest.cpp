@@ -8,7 +8,6 @@
 
 #include "platform/linux/ApplicationIdentity.h"
 #include "platform/linux/BackOff.h"
-#include "platform/linux/LinuxChildProcesses.h"
 #include "platform/linux/PreferredLanguages.h"
 #include "platform/linux/ScreenCoordinates.h"
 #include "platform/linux/StandardErrorLog.h"
@@ -192,16 +191,6 @@ TEST(Utf8, RefusesWhatIsNone) {
 
 TEST(StandardErrorLog, KeepsAMessageOnOneLine) {
   EXPECT_EQ(escapingControlCharacters("a\nb\x1b[31m\t\x7f ä"), "a\\nb\\x1b[31m\\t\\x7f ä");
-}
-
-TEST(LinuxChildProcesses, TellsHowAProgramEnded) {
-  LinuxChildProcesses processes;
-  const auto code = [&](const std::string& script) {
-    return std::get<ExitStatus>(processes.runAndWait("/bin/sh", {"-c", script})).code;
-  };
-  EXPECT_EQ(code("exit 3"), 3);
-  EXPECT_EQ(code("kill -TERM $$"), 128 + 15);
-  EXPECT_TRUE(std::holds_alternative<LaunchFailure>(processes.runAndWait("/no/such", {})));
 }
 
 }  // namespace

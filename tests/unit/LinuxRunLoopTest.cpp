@@ -90,5 +90,36 @@ TEST_F(LinuxRunLoopTest, HandsSignalsToTheTerminationHandler) {
   EXPECT_EQ(unhandled.run(), 0);
 }
 
+TEST_F(LinuxRunLoopTest, RunsTasksAtDatesAndNotBefore) {
+  LinuxRunLoop loop(generation_, log_);
+  const Date date = std::chrono::system_clock::now() + std::chrono::milliseconds(50);
+  std::string order;
+  const auto never = loop.scheduleAt(Date::max(), [&] { order += "x"; });
+  auto cancelled = loop.scheduleAt(date, [&] { order += "x"; });
+  cancelled.reset();
+  const auto atDate = loop.scheduleAt(date, [&] { loop.stop(0); });
+  const auto past = loop.scheduleAt(Date(std::chrono::seconds(-1)), [&] { order += "p"; });
+  loop.run();
+  EXPECT_GE(std::chrono::system_clock::now(), date);
+  EXPECT_EQ(order, "p");
+}
+
+TEST_F(LinuxRunLoopTest, SleepsUntilASignalAsksToTerminate) {
+  using std::chrono::steady_clock;
+  LinuxRunLoop loop(generation_, log_);
+  loop.setTerminationHandler([&] { loop.stop(3); });
+  Seconds undisturbed{};
+  loop.post([&] {
+    const auto begin = steady_clock::now();
+    loop.sleep(Seconds(0.05));
+    undisturbed = steady_clock::now() - begin;
+    kill(getpid(), SIGTERM);
+    loop.sleep(Seconds(1e300));
+    loop.sleep(Seconds(-1));
+  });
+  EXPECT_EQ(loop.run(), 3);  // the signal is still there for the loop
+  EXPECT_GE(undisturbed, Seconds(0.05));
+}
+
 }  // namespace
 }  // namespace kestro

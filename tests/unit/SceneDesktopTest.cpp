@@ -392,6 +392,45 @@ TEST(SceneDesktopTest, WhatFellDueMeanwhileHappensBeforeLateTasks) {
                                     "sample@4", "sample@5", "sample@6"}));
 }
 
+TEST(SceneDesktopTest, SleepsLetTimePassAndDatesAreKept) {
+  Fixture fixture(R"({"end": 7, "steps": [{"at": 2, "defaults": {"v": 1}}]})");
+  Journal journal(fixture);
+  RunLoop& loop = fixture.platform().runLoop;
+  UserDefaults& defaults = fixture.platform().defaults.standard();
+  const Date start = fixture.platform().clock.now();
+  loop.post([&] {
+    loop.sleep(Seconds(-1));
+    loop.sleep(Seconds(2.5));
+    journal.add(defaults.value("v") ? "after the step" : "before the step");
+  });
+  const auto past = loop.scheduleAt(start - std::chrono::hours(1), journal.note("past"));
+  const auto date = loop.scheduleAt(start + std::chrono::seconds(2), [&] {
+    journal.add(defaults.value("v") ? "after the step" : "before the step");
+  });
+  const auto later = loop.scheduleAt(start + std::chrono::seconds(4), journal.note("later"));
+  const auto never = loop.scheduleAt(Date::max(), journal.note("never"));
+  EXPECT_EQ(loop.run(), 0);
+  EXPECT_EQ(journal.entries,
+            (Texts{"before the step@2.5", "past@2.5", "after the step@2.5", "later@4"}));
+}
+
+TEST(SceneDesktopTest, RelaunchesThroughTheBundle) {
+  Fixture listed(R"({"bundle": {"identifier": "own", "path": "/A.app"}, "applications": [
+      {"pid": 1, "bundleIdentifier": "other"}, {"pid": 77, "bundleIdentifier": "own"}],
+      "processes": {"/bin/sh": {"fails": "no shell"}}})");
+  Platform& platform = listed.platform();
+  EXPECT_EQ(platform.processIdentifier, 77);
+  EXPECT_EQ(platform.relaunchCommands.opened, "/A.app");
+  ChildProcesses& programs = platform.childProcesses;
+  const auto failure = programs.startDetached(platform.relaunchCommands.shell, {"-c", "x"});
+  EXPECT_EQ(failure ? failure->reason : "none", "no shell");
+  EXPECT_FALSE(programs.startDetached(platform.relaunchCommands.opener, {}));
+  EXPECT_EQ(listed.transcript.str(),
+            "{\"t\":0,\"kind\":\"process\",\"path\":\"/bin/sh\",\"arguments\":[\"-c\",\"x\"]}\n"
+            "{\"t\":0,\"kind\":\"process\",\"path\":\"/usr/bin/open\",\"arguments\":[]}\n");
+  EXPECT_EQ(Fixture("{}").platform().processIdentifier, 501);
+}
+
 TEST(SceneDesktopTest, AHelperThatNeverEndsIsStopped) {
   Fixture fixture(R"({"end": 2})");
   RunLoop& loop = fixture.platform().runLoop;

@@ -54,6 +54,16 @@ TEST(TranscriptWriterTest, ReadableLinesForChangesOnly) {
             "10:00:00  process 7\n");
 }
 
+TEST(TranscriptWriterTest, ReadableOutputIsWhole) {
+  std::ostringstream stream;
+  const auto writer = makeTranscriptWriter(stream, TranscriptFormat::readable, start,
+                                           *TimeZone::named("Europe/Berlin"));
+  const std::string longText(200, 'x');
+  writer->write(Seconds(1), "print", {{"text", "|\t(0) " + longText + "\x1b[2J"}});
+  writer->write(Seconds(1), "print", {{"text", ""}});
+  EXPECT_EQ(stream.str(), "| (0) " + longText + " [2J\n\n");
+}
+
 TEST(TranscriptWriterTest, DatesReadBack) {
   const char* dates[] = {"2026-03-02T09:00:00Z", "1970-01-01T00:00:00.000000001Z",
                          "2024-02-29T23:59:59.5Z"};

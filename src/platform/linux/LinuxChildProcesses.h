@@ -9,6 +9,10 @@ class LinuxChildProcesses final : public ChildProcesses {
  public:
   std::variant<ExitStatus, LaunchFailure> runAndWait(
       const std::string& path, const std::vector<std::string>& arguments) override;
+  // In a session of its own; a thread waits for its end, so that it is no zombie while the helper
+  // still runs.
+  std::optional<LaunchFailure> startDetached(const std::string& path,
+                                             const std::vector<std::string>& arguments) override;
 };
 
 }  // namespace kestro

@@ -3,7 +3,9 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <random>
 
+#include "platform/NotificationCenter.h"
 #include "platform/linux/LinuxAccessibility.h"
 #include "platform/linux/LinuxChildProcesses.h"
 #include "platform/linux/LinuxDirectories.h"
@@ -14,16 +16,24 @@
 #include "platform/linux/LinuxTimeEntryEditors.h"
 #include "platform/linux/LinuxUserNotifications.h"
 #include "platform/linux/LinuxWorkspace.h"
+#include "platform/linux/MissingParts.h"
 #include "platform/linux/OperatingSystemVersion.h"
 #include "platform/linux/PlistUserDefaults.h"
 #include "platform/linux/PreferredLanguages.h"
 #include "platform/linux/ProcessInformation.h"
+#include "platform/linux/RelaunchShell.h"
 #include "platform/linux/StandardErrorLog.h"
 #include "platform/linux/SystemClock.h"
 #include "platform/linux/X11WindowServer.h"
+#include "platform/transcript/PrintedLines.h"
 
 namespace kestro {
 namespace {
+
+std::int64_t randomNumber() {
+  static std::random_device device;
+  return std::uniform_int_distribution<std::int64_t>(0, 2147483647)(device);
+}
 
 class LinuxDesktop final : public Desktop {
  public:
@@ -35,6 +45,7 @@ class LinuxDesktop final : public Desktop {
 
  private:
   static MainBundle mainBundle();
+  static RelaunchCommands relaunchCommands();
   std::filesystem::path makeDataDirectory(const DesktopOptions& options);
 
   StandardErrorLog log_;
@@ -53,9 +64,16 @@ class LinuxDesktop final : public Desktop {
   LinuxFiles files_;
   LinuxFileEvents fileEvents_;
   LinuxPowerManagement powerManagement_;
+  MissingAlerts alerts_;
+  MissingStatusBar statusBar_;
+  MissingGlobalShortcuts globalShortcuts_;
+  MissingAppleEvents appleEvents_;
+  MissingLoginItems loginItems_;
+  NotificationCenter notificationCenter_;
   LinuxUserNotifications userNotifications_;
   LinuxTimeEntryEditors timeEntryEditors_;
   TimedTranscript transcript_;
+  PrintedLines standardOutput_;
   PropertyListDictionary productConditions_;
   Platform platform_;
 };
@@ -73,6 +91,7 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
       userNotifications_(runLoop_),
       timeEntryEditors_(runLoop_),
       transcript_(clock_, clock_.now(), std::move(options.transcriptWriter)),
+      standardOutput_(options.standardOutput, transcript_),
       platform_{accessibility_,
                 windowServer_,
                 workspace_,
@@ -81,26 +100,42 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
                 files_,
                 fileEvents_,
                 powerManagement_,
+                alerts_,
+                statusBar_,
+                globalShortcuts_,
+                appleEvents_,
+                loginItems_,
+                notificationCenter_,
                 userNotifications_,
                 timeEntryEditors_,
+                standardOutput_,
                 clock_,
                 runLoop_,
                 log_,
                 transcript_,
                 mainBundle(),
+                relaunchCommands(),
+                getpid(),
                 operatingSystemVersion(),
+                0,
+                TimeZone::local(),
+                randomNumber,
                 options.arguments,
                 languages_,
                 makeDataDirectory(options),
                 productConditions_} {
-  // A bus or an X server that goes away is an error of the next write, not the end.
-  std::signal(SIGPIPE, SIG_IGN);
+  log_.write(missingPartsMessage);
 }
 
 MainBundle LinuxDesktop::mainBundle() {
   const std::string executable = executablePath(getpid()).value_or("");
   return {KESTRO_BUNDLE_IDENTIFIER, std::filesystem::path(executable).parent_path().string(),
           executable, std::nullopt};
+}
+
+// The helper has no bundle to open here: its executable is started in a session of its own.
+RelaunchCommands LinuxDesktop::relaunchCommands() {
+  return {relaunchShell("/bin/sh"), "/usr/bin/setsid", mainBundle().executablePath};
 }
 
 std::filesystem::path LinuxDesktop::makeDataDirectory(const DesktopOptions& options) {
@@ -114,6 +149,8 @@ std::filesystem::path LinuxDesktop::makeDataDirectory(const DesktopOptions& opti
 }  // namespace
 
 std::unique_ptr<Desktop> makeLinuxDesktop(DesktopOptions options) {
+  // A bus, an X server or a log that goes away is an error of the next write, not the end.
+  std::signal(SIGPIPE, SIG_IGN);
   return std::make_unique<LinuxDesktop>(std::move(options));
 }
 

@@ -1,6 +1,8 @@
 #include "platform/linux/LinuxRunLoop.h"
 
+#include <poll.h>
 #include <sys/signalfd.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -33,15 +35,32 @@ Microseconds monotonicNow() {
          static_cast<Microseconds>(now.tv_nsec) / 1'000;
 }
 
+// When a timer is due: microseconds of one of the kernel's clocks.
+struct Moment {
+  clockid_t clock;
+  Microseconds time;
+};
+
+Moment momentAfter(Seconds delay) {
+  return {CLOCK_MONOTONIC, monotonicNow() + microseconds(delay)};
+}
+
+// The wall clock: the kernel keeps the timer right when that is set.
+Moment momentAt(Date date) {
+  const auto sinceEpoch =
+      std::chrono::duration_cast<std::chrono::microseconds>(date.time_since_epoch()).count();
+  return {CLOCK_REALTIME, sinceEpoch > 0 ? static_cast<Microseconds>(sinceEpoch) : 0};
+}
+
 // A time source whose task may destroy the timer: what a running task needs lives in `State`.
 class EventTimer final : public Timer {
  public:
-  EventTimer(sd_event* event, LinuxRunLoop& loop, Seconds delay, Microseconds interval,
+  // With an interval, `due` is on the monotonic clock.
+  EventTimer(sd_event* event, LinuxRunLoop& loop, Moment due, Microseconds interval,
              RunLoop::Task task)
-      : state_(std::make_shared<State>(
-            State{loop, std::move(task), interval, monotonicNow() + microseconds(delay)})) {
-    const int result = sd_event_add_time(event, &source_, CLOCK_MONOTONIC, state_->due,
-                                         timerAccuracy, onTime, state_.get());
+      : state_(std::make_shared<State>(State{loop, std::move(task), interval, due.time})) {
+    const int result = sd_event_add_time(event, &source_, due.clock, due.time, timerAccuracy,
+                                         onTime, state_.get());
     if (result < 0) throw std::runtime_error("no timer can be made");
   }
   ~EventTimer() override {
@@ -85,19 +104,42 @@ class EventTimer final : public Timer {
   sd_event_source* source_ = nullptr;
 };
 
-std::unique_ptr<Timer> makeTimer(sd_event* event, LinuxRunLoop& loop, Seconds delay,
+std::unique_ptr<Timer> makeTimer(sd_event* event, LinuxRunLoop& loop, Moment due,
                                  Microseconds interval, RunLoop::Task task) {
-  auto timer = std::make_unique<EventTimer>(event, loop, delay, interval, std::move(task));
+  auto timer = std::make_unique<EventTimer>(event, loop, due, interval, std::move(task));
   timer->keepReference();
   return timer;
 }
 
-void blockTerminationSignals() {
+sigset_t terminationSignalSet() {
   sigset_t signals;
   sigemptyset(&signals);
   for (const int signal : terminationSignals)
     sigaddset(&signals, signal);
+  return signals;
+}
+
+void blockTerminationSignals() {
+  const sigset_t signals = terminationSignalSet();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+}
+
+// Waits until the time is over or a termination signal is pending, which stays so: its descriptor
+// is looked at and never read.
+void waitForTerminationSignal(Microseconds duration) {
+  constexpr Microseconds longestTurn = 3'600'000'000;
+  const sigset_t signals = terminationSignalSet();
+  const int descriptor = signalfd(-1, &signals, SFD_CLOEXEC);
+  pollfd entry{descriptor, POLLIN, 0};  // none could be made: a negative one is passed over
+  const Microseconds end = monotonicNow() + duration;
+  int ready = 0;
+  for (Microseconds now = monotonicNow(); now < end && ready <= 0; now = monotonicNow()) {
+    const Microseconds left = std::min(end - now, longestTurn);
+    const timespec turn{static_cast<time_t>(left / 1'000'000),
+                        static_cast<long>(left % 1'000'000) * 1'000};
+    ready = ppoll(&entry, 1, &turn, nullptr);
+  }
+  if (descriptor >= 0) close(descriptor);
 }
 
 }  // namespace
@@ -155,12 +197,21 @@ void LinuxRunLoop::runPosted() {
 }
 
 std::unique_ptr<Timer> LinuxRunLoop::scheduleAfter(Seconds delay, Task task) {
-  return makeTimer(event_, *this, delay, 0, std::move(task));
+  return makeTimer(event_, *this, momentAfter(delay), 0, std::move(task));
 }
 
 std::unique_ptr<Timer> LinuxRunLoop::scheduleEvery(Seconds interval, Task task) {
   const Microseconds period = std::max<Microseconds>(microseconds(interval), 1'000);
-  return makeTimer(event_, *this, interval, period, std::move(task));
+  return makeTimer(event_, *this, momentAfter(interval), period, std::move(task));
+}
+
+std::unique_ptr<Timer> LinuxRunLoop::scheduleAt(Date date, Task task) {
+  return makeTimer(event_, *this, momentAt(date), 0, std::move(task));
+}
+
+void LinuxRunLoop::sleep(Seconds duration) {
+  waitForTerminationSignal(microseconds(duration));
+  generation_.advance();
 }
 
 void LinuxRunLoop::setTerminationHandler(Task handler) {

@@ -24,6 +24,9 @@ class LinuxRunLoop final : public RunLoop {
   void post(Task task) override;
   [[nodiscard]] std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task) override;
   [[nodiscard]] std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task) override;
+  [[nodiscard]] std::unique_ptr<Timer> scheduleAt(Date date, Task task) override;
+  // What is read from the desktop afterwards belongs to a new generation.
+  void sleep(Seconds duration) override;
   void setTerminationHandler(Task handler) override;
   int run() override;
   void stop(int exitStatus) override;

@@ -22,6 +22,8 @@ class LinuxWorkspace final : public Workspace {
   std::optional<std::string> executablePath(ProcessIdentifier process) override;
   // Applications have no bundles here.
   std::optional<ApplicationBundle> bundleAtPath(const std::string&) override { return {}; }
+  std::optional<std::string> applicationPath(std::string_view) override { return {}; }
+  void openApplication(const std::string&) override {}
   std::vector<Rect> screens() override;
 
  private:

@@ -76,8 +76,8 @@ SceneFile loadFile(const JsonNode& node) {
   return SceneDirectory{};
 }
 
-PropertyListArray loadAssertionsOfProcess(const JsonNode& node) {
-  PropertyListArray assertions;
+std::vector<PropertyListDictionary> loadAssertionsOfProcess(const JsonNode& node) {
+  std::vector<PropertyListDictionary> assertions;
   node.forEachItem(
       [&](const JsonNode& assertion) { assertions.emplace_back(loadDictionary(assertion)); });
   return assertions;
@@ -87,7 +87,7 @@ ProcessIdentifier parseProcessIdentifier(const std::string& text, const JsonNode
   ProcessIdentifier process = 0;
   const char* end = text.data() + text.size();
   const auto [parsed, error] = std::from_chars(text.data(), end, process);
-  if (error != std::errc{} || parsed != end || process < 0) {
+  if (error != std::errc{} || parsed != end) {
     node.fail("expected a process identifier as the key");
   }
   return process;
@@ -157,7 +157,7 @@ std::map<std::string, SceneFile, std::less<>> loadFiles(const JsonNode& node) {
 
 SceneAssertions loadAssertions(const JsonNode& node) {
   if (isBox(node, "error")) return node.member("error").integer();
-  std::map<ProcessIdentifier, PropertyListArray> assertions;
+  std::map<ProcessIdentifier, std::vector<PropertyListDictionary>> assertions;
   node.forEachMember([&](const std::string& process, const JsonNode& value) {
     assertions.insert_or_assign(parseProcessIdentifier(process, value),
                                 loadAssertionsOfProcess(value));

@@ -32,14 +32,22 @@ ExitStatus writePreference(SceneState& state, const std::vector<std::string>& ar
 
 std::variant<ExitStatus, LaunchFailure> SceneChildProcesses::runAndWait(
     const std::string& path, const std::vector<std::string>& arguments) {
+  if (auto failure = recordStart(path, arguments)) return std::move(*failure);
+  if (programs_.contains(path) || path != preferencesProgram) return ExitStatus{};
+  return writePreference(state_, arguments);
+}
+
+std::optional<LaunchFailure> SceneChildProcesses::startDetached(
+    const std::string& path, const std::vector<std::string>& arguments) {
+  return recordStart(path, arguments);
+}
+
+std::optional<LaunchFailure> SceneChildProcesses::recordStart(
+    const std::string& path, const std::vector<std::string>& arguments) {
   transcript_.record("process", {{"path", path}, {"arguments", arguments}});
   const auto scripted = programs_.find(path);
-  if (scripted != programs_.end()) {
-    if (scripted->second.failure) return LaunchFailure{*scripted->second.failure};
-    return ExitStatus{};
-  }
-  if (path != preferencesProgram) return ExitStatus{};
-  return writePreference(state_, arguments);
+  if (scripted == programs_.end() || !scripted->second.failure) return std::nullopt;
+  return LaunchFailure{*scripted->second.failure};
 }
 
 }  // namespace kestro

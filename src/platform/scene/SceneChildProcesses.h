@@ -18,8 +18,14 @@ class SceneChildProcesses final : public ChildProcesses {
 
   std::variant<ExitStatus, LaunchFailure> runAndWait(
       const std::string& path, const std::vector<std::string>& arguments) override;
+  std::optional<LaunchFailure> startDetached(const std::string& path,
+                                             const std::vector<std::string>& arguments) override;
 
  private:
+  // Why the scene lets the program fail; absent: it does not.
+  std::optional<LaunchFailure> recordStart(const std::string& path,
+                                           const std::vector<std::string>& arguments);
+
   SceneState& state_;
   const Programs& programs_;
   Transcript& transcript_;

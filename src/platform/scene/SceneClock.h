@@ -15,6 +15,7 @@ class SceneClock final : public Clock {
   SceneClock(Date start, std::optional<double> pace);
 
   Date now() const override { return now_; }
+  Seconds monotonicTime() const override { return now_ - start_; }
 
   // A moment that has passed changes nothing.
   void advanceTo(Date date);

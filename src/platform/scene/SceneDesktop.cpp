@@ -1,5 +1,6 @@
 #include "platform/scene/SceneDesktop.h"
 
+#include <charconv>
 #include <utility>
 
 namespace kestro {
@@ -13,6 +14,37 @@ Date::duration sinceStart(Seconds time) {
 const std::vector<std::string>& chooseArguments(const std::vector<std::string>& commandLine,
                                                 const std::vector<std::string>& scripted) {
   return commandLine.empty() ? scripted : commandLine;
+}
+
+// "15" of "15.3.1"; 0 without a number.
+int majorVersion(const std::string& version) {
+  int major = 0;
+  std::from_chars(version.data(), version.data() + version.size(), major);
+  return major;
+}
+
+template <class... Functions>
+struct Overloaded : Functions... {
+  using Functions::operator()...;
+};
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;
+
+RelaunchCommands relaunchCommands(const MainBundle& bundle) {
+  return {"/bin/sh", "/usr/bin/open", bundle.path};
+}
+
+// That of the running application with the helper's own identifier, the first of several.
+std::int64_t ownProcessIdentifier(const SceneState& state, const MainBundle& bundle) {
+  constexpr std::int64_t unlisted = 501;
+  for (const std::size_t index : state.launchOrder) {
+    const SceneApplication& application = state.applications[index];
+    const auto& description = application.description;
+    if (application.isRunning && description.bundleIdentifier == bundle.identifier) {
+      return description.processIdentifier;
+    }
+  }
+  return unlisted;
 }
 
 SceneDesktopResult makeDesktop(std::variant<Scene, SceneError> loaded, DesktopOptions options,
@@ -36,13 +68,17 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
       runLoop_(clock_, scriptedEvents(), scene_.start + sinceStart(scene_.end)),
       accessibility_(state_, clock_, transcript_),
       windowServer_(state_, transcript_),
-      workspace_(state_),
+      workspace_(state_, transcript_),
       defaults_(state_, transcript_),
       childProcesses_(state_, scene_.processes, transcript_),
-      files_(state_),
+      files_(state_, transcript_),
       powerManagement_(state_),
+      alerts_(scene_.steps, scene_.start, clock_, transcript_),
+      statusBar_(transcript_),
+      loginItems_(state_),
       userNotifications_(state_, runLoop_, transcript_),
       timeEntryEditors_(transcript_),
+      standardOutput_(options.standardOutput, transcript_),
       log_(transcript_),
       platform_{accessibility_,
                 windowServer_,
@@ -52,14 +88,26 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
                 files_,
                 fileEvents_,
                 powerManagement_,
+                alerts_,
+                statusBar_,
+                globalShortcuts_,
+                appleEvents_,
+                loginItems_,
+                notificationCenter_,
                 userNotifications_,
                 timeEntryEditors_,
+                standardOutput_,
                 clock_,
                 runLoop_,
                 log_,
                 transcript_,
                 scene_.bundle,
+                relaunchCommands(scene_.bundle),
+                ownProcessIdentifier(state_, scene_.bundle),
                 "Version " + state_.system.version,
+                majorVersion(state_.system.version),
+                scene_.timeZone,
+                [random = scene_.random] { return random; },
                 chooseArguments(options.arguments, scene_.arguments),
                 state_.system.languages,
                 dataDirectory_.path(),
@@ -75,28 +123,43 @@ std::vector<SceneRunLoop::ScriptedEvent> SceneDesktop::scriptedEvents() {
 
 void SceneDesktop::perform(const SceneStep& step) {
   applyStep(state_, step.event);
-  if (std::holds_alternative<RequestTerminationStep>(step.event)) runLoop_.requestTermination();
-  if (const auto* delivery = std::get_if<FileEventsStep>(&step.event)) {
-    fileEvents_.deliver(delivery->events);
-  }
-  if (const auto* response = std::get_if<NotificationResponseStep>(&step.event)) {
-    userNotifications_.respond(*response);
-  }
-  if (const auto* editor = std::get_if<EditorStep>(&step.event)) timeEntryEditors_.end(*editor);
-  if (const auto* restart = std::get_if<RestartStep>(&step.event)) {
-    if (restart->arguments) platform_.arguments = *restart->arguments;
-    runLoop_.requestRestart();
-  }
+  std::visit(
+      Overloaded{
+          [&](const FileEventsStep& delivery) { fileEvents_.deliver(delivery.events); },
+          [&](const NotificationResponseStep& response) { userNotifications_.respond(response); },
+          [&](const EditorStep& end) { timeEntryEditors_.end(end); },
+          [&](const OpenMenuStep& open) { statusBar_.openMenu(open.isOptionKeyHeld); },
+          [&](const CloseMenuStep&) { statusBar_.closeMenu(); },
+          [&](const ClickStep& click) { statusBar_.click(click.action, click.tag); },
+          [&](const ShortcutStep& shortcut) { globalShortcuts_.press(shortcut.keys); },
+          [&](const ScriptingCommandStep& command) {
+            appleEvents_.send(command.implementingClass, command.evaluatedArguments);
+          },
+          [&](const OpenURLStep& open) { appleEvents_.openURL(open.address); },
+          [&](const AppearanceChangedStep&) { statusBar_.changeAppearance(); },
+          [&](const PostStep& post) { notificationCenter_.post(post.name, post.userInfo); },
+          [&](const RequestTerminationStep&) { runLoop_.requestTermination(); },
+          [&](const RestartStep& again) { restart(again); },
+          [](const auto&) {},  // the desktop alone, or an alert's answer, which waits for it
+      },
+      step.event);
+}
+
+void SceneDesktop::restart(const RestartStep& step) {
+  if (step.arguments) platform_.arguments = *step.arguments;
+  runLoop_.requestRestart();
 }
 
 bool SceneDesktop::beginNextProcessLife() {
   // Before anything else happens: what these call is gone.
   userNotifications_.beginNextLife();
   timeEntryEditors_.beginNextLife();
+  appleEvents_.beginNextLife();
   if (!runLoop_.beginNextLife()) return false;
   accessibility_.beginNextLife();
   platform_.preferredLanguages = state_.system.languages;
   platform_.operatingSystemVersion = "Version " + state_.system.version;
+  platform_.operatingSystemMajorVersion = majorVersion(state_.system.version);
   return true;
 }
 

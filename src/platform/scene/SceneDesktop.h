@@ -9,21 +9,28 @@
 #include <variant>
 
 #include "platform/Desktop.h"
+#include "platform/NotificationCenter.h"
 #include "platform/scene/Scene.h"
 #include "platform/scene/SceneAccessibility.h"
+#include "platform/scene/SceneAlerts.h"
+#include "platform/scene/SceneAppleEvents.h"
 #include "platform/scene/SceneChildProcesses.h"
 #include "platform/scene/SceneClock.h"
 #include "platform/scene/SceneDataDirectory.h"
 #include "platform/scene/SceneFileEvents.h"
 #include "platform/scene/SceneFiles.h"
+#include "platform/scene/SceneGlobalShortcuts.h"
+#include "platform/scene/SceneLoginItems.h"
 #include "platform/scene/ScenePowerManagement.h"
 #include "platform/scene/SceneRunLoop.h"
+#include "platform/scene/SceneStatusBar.h"
 #include "platform/scene/SceneSystemLog.h"
 #include "platform/scene/SceneTimeEntryEditors.h"
 #include "platform/scene/SceneUserDefaults.h"
 #include "platform/scene/SceneUserNotifications.h"
 #include "platform/scene/SceneWindowServer.h"
 #include "platform/scene/SceneWorkspace.h"
+#include "platform/transcript/PrintedLines.h"
 
 namespace kestro {
 
@@ -45,6 +52,7 @@ class SceneDesktop final : public Desktop {
  private:
   std::vector<SceneRunLoop::ScriptedEvent> scriptedEvents();
   void perform(const SceneStep& step);
+  void restart(const RestartStep& step);
 
   Scene scene_;
   SceneState state_;
@@ -60,8 +68,15 @@ class SceneDesktop final : public Desktop {
   SceneFiles files_;
   SceneFileEvents fileEvents_;
   ScenePowerManagement powerManagement_;
+  SceneAlerts alerts_;
+  SceneStatusBar statusBar_;
+  SceneGlobalShortcuts globalShortcuts_;
+  SceneAppleEvents appleEvents_;
+  SceneLoginItems loginItems_;
+  NotificationCenter notificationCenter_;
   SceneUserNotifications userNotifications_;
   SceneTimeEntryEditors timeEntryEditors_;
+  PrintedLines standardOutput_;
   SceneSystemLog log_;
   Platform platform_;
 };

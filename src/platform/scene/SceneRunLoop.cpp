@@ -70,6 +70,14 @@ std::unique_ptr<Timer> SceneRunLoop::scheduleEvery(Seconds interval, Task task) 
   return schedule(clock_.now() + period, period, std::move(task));
 }
 
+std::unique_ptr<Timer> SceneRunLoop::scheduleAt(Date date, Task task) {
+  return schedule(std::max(date, clock_.now()), Date::duration(0), std::move(task));
+}
+
+void SceneRunLoop::sleep(Seconds duration) {
+  clock_.advanceTo(clock_.now() + clamped(duration, Seconds(0)));
+}
+
 std::unique_ptr<Timer> SceneRunLoop::schedule(Date due, Date::duration interval, Task task) {
   auto entry = std::make_shared<TimerEntry>(TimerEntry{interval, std::move(task)});
   timers_.emplace(TimerKey(due, nextSequence_++), entry);

@@ -32,6 +32,8 @@ class SceneRunLoop final : public RunLoop {
   void post(Task task) override;
   std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task) override;
   std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task) override;
+  std::unique_ptr<Timer> scheduleAt(Date date, Task task) override;
+  void sleep(Seconds duration) override;
   void setTerminationHandler(Task handler) override { terminationHandler_ = std::move(handler); }
   int run() override;
   void stop(int exitStatus) override { exitStatus_ = exitStatus; }

@@ -34,7 +34,8 @@ struct ScenePropertyListFile {
 using SceneFile = std::variant<SceneText, ScenePropertyListFile, Data, SceneDirectory>;
 
 // The assertion dictionaries of each process, or the code with which asking for them fails.
-using SceneAssertions = std::variant<std::map<ProcessIdentifier, PropertyListArray>, std::int64_t>;
+using SceneAssertions =
+    std::variant<std::map<ProcessIdentifier, std::vector<PropertyListDictionary>>, std::int64_t>;
 
 struct SceneSystem {
   std::string version = "15.3.1";

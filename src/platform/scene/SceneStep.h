@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/FileEvents.h"
+#include "platform/Menu.h"
 #include "platform/scene/SceneState.h"
 
 namespace kestro {
@@ -79,6 +80,35 @@ struct EditorStep {
   std::optional<Date> end;
   std::optional<std::optional<std::string>> project;
 };
+struct OpenMenuStep {
+  bool isOptionKeyHeld = false;
+};
+struct CloseMenuStep {};
+struct ClickStep {
+  std::string action;
+  std::optional<std::int64_t> tag;  // absent: the action's first row
+};
+struct ShortcutStep {
+  KeyEquivalent keys;
+};
+// Absent fields: the alert's last button, and its box as it is.
+struct AnswerAlertStep {
+  std::optional<std::string> button;
+  std::optional<bool> isSuppressed;
+};
+struct ScriptingCommandStep {
+  std::string implementingClass;
+  PropertyListDictionary evaluatedArguments;
+};
+struct OpenURLStep {
+  std::string address;
+};
+struct AppearanceChangedStep {};
+// A notification inside the process or of the session.
+struct PostStep {
+  std::string name;
+  PropertyListDictionary userInfo;
+};
 struct RequestTerminationStep {};
 struct RestartStep {
   std::optional<std::vector<std::string>> arguments;  // absent: as before
@@ -87,8 +117,9 @@ struct RestartStep {
 using SceneEvent =
     std::variant<SetStep, FrontmostStep, WindowsStep, LaunchStep, QuitStep, SystemStep, ProductStep,
                  PreferencesStep, SuitesStep, WriteFileStep, RemoveFileStep, AssertionsStep,
-                 FileEventsStep, NotificationResponseStep, EditorStep, RequestTerminationStep,
-                 RestartStep>;
+                 FileEventsStep, NotificationResponseStep, EditorStep, OpenMenuStep, CloseMenuStep,
+                 ClickStep, ShortcutStep, AnswerAlertStep, ScriptingCommandStep, OpenURLStep,
+                 AppearanceChangedStep, PostStep, RequestTerminationStep, RestartStep>;
 
 struct SceneStep {
   Seconds at{0};  // after the start of the scene

@@ -1,5 +1,7 @@
 #include "platform/scene/SceneWorkspace.h"
 
+#include <algorithm>
+
 namespace kestro {
 namespace {
 
@@ -11,6 +13,11 @@ std::optional<std::string> text(const PropertyListDictionary& dictionary, std::s
 
 std::optional<ApplicationBundle> describedBundle(const RunningApplication& application) {
   return ApplicationBundle{application.bundleIdentifier, application.localizedName};
+}
+
+bool isPlainFile(const SceneState& state, const std::string& path) {
+  const auto file = state.files.find(path);
+  return file != state.files.end() && !std::holds_alternative<SceneDirectory>(file->second);
 }
 
 }  // namespace
@@ -41,8 +48,10 @@ std::optional<std::string> SceneWorkspace::executablePath(ProcessIdentifier proc
   return application ? application->description.executablePath : std::nullopt;
 }
 
-// Running or not, as an application of the scene; else by the property list of a bundle.
+// Running or not, as an application of the scene; else by the property list of a bundle. A file in
+// the bundle's place is none.
 std::optional<ApplicationBundle> SceneWorkspace::bundleAtPath(const std::string& path) {
+  if (isPlainFile(state_, path)) return std::nullopt;
   for (const SceneApplication& application : state_.applications) {
     if (application.description.bundlePath == path) return describedBundle(application.description);
   }
@@ -57,6 +66,26 @@ std::optional<ApplicationBundle> SceneWorkspace::bundleAtPath(const std::string&
   auto name = text(*information, "CFBundleDisplayName");
   if (!name) name = text(*information, "CFBundleName");
   return ApplicationBundle{text(*information, "CFBundleIdentifier"), name};
+}
+
+std::optional<std::string> SceneWorkspace::applicationPath(std::string_view bundleIdentifier) {
+  for (const RunningApplication& application : runningApplications(bundleIdentifier)) {
+    if (application.bundlePath) return application.bundlePath;
+  }
+  for (const RunningApplication& application : state_.installed) {
+    if (application.bundleIdentifier == bundleIdentifier && application.bundlePath) {
+      return application.bundlePath;
+    }
+  }
+  return std::nullopt;
+}
+
+// Nothing is started: what is on the desktop is the scene's to say.
+void SceneWorkspace::openApplication(const std::string& bundlePath) {
+  const auto bundle = bundleAtPath(bundlePath);
+  PropertyListDictionary fields;
+  if (bundle) fields.setIfPresent("bundleIdentifier", bundle->bundleIdentifier);
+  transcript_.record("open", std::move(fields));
 }
 
 }  // namespace kestro

@@ -1,7 +1,8 @@
-// Running applications and screens of a scripted desktop. Main thread only; the state must outlive
-// it.
+// Running applications and screens of a scripted desktop. Main thread only; what it refers to
+// must outlive it.
 #pragma once
 
+#include "platform/Transcript.h"
 #include "platform/Workspace.h"
 #include "platform/scene/SceneState.h"
 
@@ -9,17 +10,22 @@ namespace kestro {
 
 class SceneWorkspace final : public Workspace {
  public:
-  explicit SceneWorkspace(SceneState& state) : state_(state) {}
+  SceneWorkspace(SceneState& state, Transcript& transcript)
+      : state_(state), transcript_(transcript) {}
 
   std::optional<RunningApplication> frontmostApplication() override;
   std::optional<RunningApplication> runningApplication(ProcessIdentifier process) override;
   std::vector<RunningApplication> runningApplications(std::string_view bundleIdentifier) override;
   std::optional<std::string> executablePath(ProcessIdentifier process) override;
   std::optional<ApplicationBundle> bundleAtPath(const std::string& path) override;
+  // A running application's, else that of an installed one.
+  std::optional<std::string> applicationPath(std::string_view bundleIdentifier) override;
+  void openApplication(const std::string& bundlePath) override;
   std::vector<Rect> screens() override { return state_.system.screens; }
 
  private:
   SceneState& state_;
+  Transcript& transcript_;
 };
 
 }  // namespace kestro

@@ -3,9 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <charconv>
-#include <limits>
 
 #include "platform/scene/DesktopLoader.h"
 #include "platform/scene/PropertyListLoader.h"
@@ -14,12 +12,6 @@ namespace kestro {
 namespace {
 
 constexpr double latestTime = 1e8;
-
-// Verbs of the format for parts of the program that do not exist yet.
-constexpr auto laterVerbs = std::to_array<std::string_view>(
-    {"watcher", "openMenu", "closeMenu", "click", "shortcut", "answerAlert", "pauseCommand",
-     "resumeCommand", "openURL", "relaunch", "post", "themeChanged", "spaceChanged",
-     "appearanceChanged", "flushFinished", "sync"});
 
 struct TimedStep {
   double at;
@@ -40,10 +32,6 @@ std::vector<TimedStep> inOrderOfTime(const JsonNode& node) {
   });
   std::ranges::stable_sort(steps, {}, &TimedStep::at);
   return steps;
-}
-
-void expectTrue(const JsonNode& node) {
-  if (!node.boolean()) node.fail("expected true, found false");
 }
 
 // The process identifier in the name that transcripts give an application element without an id.
@@ -110,6 +98,22 @@ const std::vector<StepLoader::NamedVerb>& StepLoader::verbs() {
       {"fileEvents", &StepLoader::loadFileEvents},
       {"notificationResponse", &StepLoader::loadNotificationResponse},
       {"editor", &StepLoader::loadEditor},
+      {"openMenu", &StepLoader::loadOpenMenu},
+      {"closeMenu", &StepLoader::loadCloseMenu},
+      {"click", &StepLoader::loadClick},
+      {"shortcut", &StepLoader::loadShortcut},
+      {"answerAlert", &StepLoader::loadAnswerAlert},
+      {"pauseCommand", &StepLoader::loadPauseCommand},
+      {"resumeCommand", &StepLoader::loadResumeCommand},
+      {"openURL", &StepLoader::loadOpenURL},
+      {"appearanceChanged", &StepLoader::loadAppearanceChanged},
+      {"relaunch", &StepLoader::loadRelaunch},
+      {"watcher", &StepLoader::loadWatcher},
+      {"post", &StepLoader::loadPost},
+      {"themeChanged", &StepLoader::loadThemeChanged},
+      {"spaceChanged", &StepLoader::loadSpaceChanged},
+      {"flushFinished", &StepLoader::loadFlushFinished},
+      {"sync", &StepLoader::loadSync},
       {"requestTermination", &StepLoader::loadRequestTermination},
       {"restart", &StepLoader::loadRestart},
   };
@@ -134,9 +138,6 @@ SceneEvent StepLoader::loadEvent(const JsonNode& step) {
 StepLoader::Verb StepLoader::findVerb(std::string_view name, const JsonNode& node) const {
   const auto found = std::ranges::find(verbs(), name, &NamedVerb::name);
   if (found != verbs().end()) return found->load;
-  if (std::ranges::find(laterVerbs, name) != laterVerbs.end()) {
-    node.fail(fmt::format("step '{}' is not supported by this version", name));
-  }
   node.fail(fmt::format("unknown step '{}'", name));
 }
 
@@ -207,67 +208,6 @@ SceneEvent StepLoader::loadRemoveFile(const JsonNode& node) {
 
 SceneEvent StepLoader::loadAssertionLists(const JsonNode& node) {
   return AssertionsStep{loadAssertions(node)};
-}
-
-SceneEvent StepLoader::loadFileEvents(const JsonNode& node) {
-  constexpr std::int64_t greatest = std::numeric_limits<std::int64_t>::max();
-  FileEventsStep step;
-  node.forEachItem([&](const JsonNode& item) {
-    item.expectKeys({"path", "flags", "id"});
-    FileEvent event{item.member("path").text(), 0, 0};
-    if (const auto flags = item.find("flags")) {
-      event.flags =
-          static_cast<std::uint32_t>(flags->integer(0, std::numeric_limits<std::uint32_t>::max()));
-    }
-    if (const auto identifier = item.find("id")) {
-      event.identifier = static_cast<std::uint64_t>(identifier->integer(0, greatest));
-    }
-    step.events.push_back(std::move(event));
-  });
-  return step;
-}
-
-SceneEvent StepLoader::loadNotificationResponse(const JsonNode& node) {
-  node.expectKeys({"action", "category", "userInfo"});
-  NotificationResponseStep step{node.member("action").text(), std::nullopt, std::nullopt};
-  if (const auto category = node.find("category")) step.category = category->text();
-  if (const auto userInfo = node.find("userInfo")) step.userInfo = loadDictionary(*userInfo);
-  return step;
-}
-
-SceneEvent StepLoader::loadEditor(const JsonNode& node) {
-  EditorStep step;
-  if (node.isText()) {
-    if (node.text() != "save" && node.text() != "cancel") {
-      node.failExpecting("'save', 'cancel' or {\"save\": {…}}");
-    }
-    step.isSaved = node.text() == "save";
-    return step;
-  }
-  const JsonNode fields =
-      node.expectKeys({"save"}).member("save").expectKeys({"title", "start", "end", "project"});
-  step.isSaved = true;
-  if (const auto title = fields.find("title")) step.title = title->text();
-  if (const auto start = fields.find("start")) step.start = loadDate(*start);
-  if (const auto end = fields.find("end")) step.end = loadDate(*end);
-  if (const auto project = fields.find("project")) {
-    step.project = project->isNull() ? std::nullopt : std::optional(project->text());
-  }
-  return step;
-}
-
-SceneEvent StepLoader::loadRequestTermination(const JsonNode& node) {
-  expectTrue(node);
-  return RequestTerminationStep{};
-}
-
-SceneEvent StepLoader::loadRestart(const JsonNode& node) {
-  if (!node.isObject()) {
-    expectTrue(node);
-    return RestartStep{};
-  }
-  const auto arguments = node.expectKeys({"arguments"}).find("arguments");
-  return RestartStep{arguments ? std::optional(arguments->texts()) : std::nullopt};
 }
 
 ElementIndex StepLoader::findElement(const JsonNode& node) const {

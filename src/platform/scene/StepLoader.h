@@ -56,6 +56,23 @@ class StepLoader {
   SceneEvent loadFileEvents(const JsonNode& node);
   SceneEvent loadNotificationResponse(const JsonNode& node);
   SceneEvent loadEditor(const JsonNode& node);
+  // StepLoader+Helper.cpp: what people and programs ask of the helper.
+  SceneEvent loadOpenMenu(const JsonNode& node);
+  SceneEvent loadCloseMenu(const JsonNode& node);
+  SceneEvent loadClick(const JsonNode& node);
+  SceneEvent loadShortcut(const JsonNode& node);
+  SceneEvent loadAnswerAlert(const JsonNode& node);
+  SceneEvent loadPauseCommand(const JsonNode& node);
+  SceneEvent loadResumeCommand(const JsonNode& node);
+  SceneEvent loadOpenURL(const JsonNode& node);
+  SceneEvent loadAppearanceChanged(const JsonNode& node);
+  SceneEvent loadRelaunch(const JsonNode& node);
+  SceneEvent loadWatcher(const JsonNode& node);
+  SceneEvent loadPost(const JsonNode& node);
+  SceneEvent loadThemeChanged(const JsonNode& node);
+  SceneEvent loadSpaceChanged(const JsonNode& node);
+  SceneEvent loadFlushFinished(const JsonNode& node);
+  SceneEvent loadSync(const JsonNode& node);
   SceneEvent loadRequestTermination(const JsonNode& node);
   SceneEvent loadRestart(const JsonNode& node);
 

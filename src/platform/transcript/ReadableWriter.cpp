@@ -101,6 +101,7 @@ void ReadableWriter::write(Seconds time, std::string_view kind,
   if (kind == "activity") return writeActivity(time, fields);
   if (kind == "noActivity") return writeActivity(time, {});
   if (std::ranges::find(quietKinds, kind) != quietKinds.end()) return;
+  if (kind == "print") return writePrinted(fields);
   const auto words = eventText(kind, fields);
   writeLine(time, fmt::format("  {}", kind),
             words ? terminalText(*words, longestText) : fieldsText(fields));
@@ -117,6 +118,12 @@ void ReadableWriter::writeActivity(Seconds time, PropertyListDictionary fields) 
     writeLine(time, applicationName(fields), activityText(fields));
   }
   shownActivity_ = std::move(fields);
+}
+
+// Stands for standard output, so it is whole and has no time.
+void ReadableWriter::writePrinted(const PropertyListDictionary& fields) {
+  const auto text = textField(fields, "text").value_or("");
+  stream_ << terminalText(text, std::string::npos) << std::endl;
 }
 
 void ReadableWriter::writeLine(Seconds time, std::string_view subject, std::string_view text) {

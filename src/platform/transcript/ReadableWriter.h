@@ -20,6 +20,7 @@ class ReadableWriter final : public TranscriptWriter {
 
  private:
   void writeActivity(Seconds time, PropertyListDictionary fields);
+  void writePrinted(const PropertyListDictionary& fields);
   void writeLine(Seconds time, std::string_view subject, std::string_view text);
 
   std::ostream& stream_;

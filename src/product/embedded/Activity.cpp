@@ -1,5 +1,8 @@
 #include "product/Activity.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <string_view>
 
 namespace kestro {
@@ -28,7 +31,28 @@ std::string percentEncoded(std::string_view path) {
   return encoded;
 }
 
+std::optional<std::string> listText(const std::optional<std::vector<std::string>>& texts) {
+  if (!texts) return std::nullopt;
+  std::vector<std::string> quoted;
+  quoted.reserve(texts->size());
+  for (const std::string& text : *texts)
+    quoted.push_back(fmt::format("\"{}\"", text));
+  return fmt::format("[{}]", fmt::join(quoted, ", "));
+}
+
 }  // namespace
+
+std::string ActivityDetails::description() const {
+  constexpr const char* absent = "(nil)";
+  return fmt::format(
+      "windowTitle: {}\n"
+      "documentTitle: {}\n"
+      "documentPath: {}\n"
+      "contextPath: {}\n"
+      "isPrivateBrowsing: {}",
+      windowTitle.value_or(absent), documentTitle.value_or(absent), documentPath.value_or(absent),
+      listText(contextPath).value_or(absent), isPrivateBrowsing);
+}
 
 std::optional<std::string> Activity::applicationExecutableURL() const {
   const auto& path = application_.executablePath;

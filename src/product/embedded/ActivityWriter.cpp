@@ -215,6 +215,11 @@ void ActivityWriter::writeNoActivity(Date time) {
   state_->close(instant(time));
 }
 
+void ActivityWriter::setPostSyncUpdater(std::unique_ptr<PostSyncUpdater> updater) {
+  recordOperation(state_->process, "ActivityWriter setPostSyncUpdater", {updater != nullptr});
+  postSyncUpdater_ = std::move(updater);
+}
+
 bool ActivityWriter::flush() {
   state_->flushTimer.reset();
   return state_->save();

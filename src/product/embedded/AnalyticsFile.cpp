@@ -5,6 +5,7 @@
 
 #include "platform/Process.h"
 #include "platform/SystemLog.h"
+#include "platform/Transcript.h"
 #include "platform/json/PropertyListJson.h"
 
 namespace kestro {
@@ -17,6 +18,12 @@ bool AnalyticsFile::open() {
   using std::filesystem::perms;
   std::filesystem::permissions(path, perms::owner_read | perms::owner_write, ignored);
   return file_.is_open();
+}
+
+void AnalyticsFile::record(PropertyListDictionary event) {
+  append(event);
+  Transcript& transcript = process_.platform().transcript;
+  if (transcript.isActive()) transcript.record("analytics", std::move(event));
 }
 
 void AnalyticsFile::append(const PropertyListDictionary& event) {

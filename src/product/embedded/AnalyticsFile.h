@@ -15,10 +15,11 @@ class AnalyticsFile {
  public:
   explicit AnalyticsFile(Process& process) : process_(process) {}
 
-  // Adds the time.
-  void append(const PropertyListDictionary& event);
+  // The event goes into the file, with its time, and into the transcript.
+  void record(PropertyListDictionary event);
 
  private:
+  void append(const PropertyListDictionary& event);
   bool open();
 
   Process& process_;

@@ -2,7 +2,6 @@
 
 #include "platform/Process.h"
 #include "platform/SystemLog.h"
-#include "platform/Transcript.h"
 #include "product/KestroLegacy.h"
 #include "product/embedded/AnalyticsFile.h"
 
@@ -27,10 +26,16 @@ PropertyListDictionary event(std::string_view name, PropertyListDictionary attri
 void AnalyticsWrapper::logEvent(Process& process, std::string_view name,
                                 PropertyListDictionary attributes,
                                 SamplingFrequency samplingFrequency, Flags flags) {
-  auto fields = event(name, std::move(attributes), samplingFrequency, flags);
-  process.shared<AnalyticsFile>().append(fields);
-  Transcript& transcript = process.platform().transcript;
-  if (transcript.isActive()) transcript.record("analytics", std::move(fields));
+  process.shared<AnalyticsFile>().record(
+      event(name, std::move(attributes), samplingFrequency, flags));
+}
+
+void AnalyticsWrapper::logEvent(Process& process, std::string_view name,
+                                PropertyListDictionary attributes, bool isCritical) {
+  process.shared<AnalyticsFile>().record({{"through", "AnalyticsWrapper"},
+                                          {"name", name},
+                                          {"attributes", std::move(attributes)},
+                                          {"critical", isCritical}});
 }
 
 double AnalyticsWrapper::roundNumberToLogScale(double number) {

@@ -64,6 +64,13 @@ SELECT time_entries.id, datetime(start, 'unixepoch', 'localtime') AS started_at,
   round(end - start, 3) AS duration, title, projects.name AS project, provenance
 FROM time_entries LEFT JOIN projects ON projects.id = project_id ORDER BY start;
 )",
+    R"(
+CREATE TABLE integrations (
+  id INTEGER PRIMARY KEY,
+  name TEXT NOT NULL UNIQUE,
+  updated_at REAL -- absent before the first update
+);
+)",
 };
 
 }  // namespace

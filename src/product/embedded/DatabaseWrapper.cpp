@@ -10,11 +10,14 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/Alerts.h"
 #include "platform/Clock.h"
+#include "platform/LocalizedStrings.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
 #include "platform/SystemLog.h"
 #include "product/ActivityWriter.h"
+#include "product/embedded/AutomaticBackup.h"
 #include "product/embedded/DatabaseMigrations.h"
 #include "product/embedded/FileLock.h"
 #include "product/embedded/ProductOperations.h"
@@ -99,11 +102,20 @@ void moveAside(Process& process, const fs::path& file) {
 class SharedDatabase {
  public:
   explicit SharedDatabase(Process& process)
-      : process_(process), isWanted_(isPartPresent(process, "database")) {}
+      : process_(process), isWanted_(isPartPresent(process, "database")) {
+    recordOperation(process, "DatabaseWrapper sharedInstance");
+  }
 
   DatabaseWrapper* instance() {
     if (isWanted_ && process_.platform().clock.now() >= nextTry_) open();
     return instance_.get();
+  }
+  DatabaseWrapper* openInstance() const { return instance_.get(); }
+  void clear() {
+    recordOperation(process_, "DatabaseWrapper setSharedInstance", {false});
+    if (instance_) instance_->finishMutations();
+    isWanted_ = false;
+    instance_.reset();
   }
 
  private:
@@ -135,6 +147,16 @@ DatabaseWrapper* DatabaseWrapper::sharedInstance(Process& process) {
   return process.shared<SharedDatabase>().instance();
 }
 
+DatabaseWrapper* DatabaseWrapper::openSharedInstance(Process& process) {
+  // Not made for a look, so that the one who opens it is seen to.
+  return process.hasShared<SharedDatabase>() ? process.shared<SharedDatabase>().openInstance()
+                                             : nullptr;
+}
+
+void DatabaseWrapper::clearSharedInstance(Process& process) {
+  process.shared<SharedDatabase>().clear();
+}
+
 DatabaseWrapper::DatabaseWrapper(Process& process, const fs::path& file)
     : process_(process),
       file_(file),
@@ -154,6 +176,7 @@ DatabaseWrapper::DatabaseWrapper(Process& process, const fs::path& file)
     database_ = openedDatabase(file_);
     makeWriter();
   }
+  syncManager_ = std::make_unique<SyncManager>(process_, activityWriter_.get());
 }
 
 DatabaseWrapper::~DatabaseWrapper() = default;
@@ -168,13 +191,25 @@ bool DatabaseWrapper::mutateOrPresentError(const Mutation& mutation) {
     SQLite::Transaction transaction(*database_, SQLite::TransactionBehavior::IMMEDIATE);
     mutation(*database_);
     transaction.commit();
+    hasPresentedError_ = false;
     return true;
   } catch (const SQLite::Exception& failure) {
-    // The user's own texts are no part of such a message.
-    process_.platform().log.write(
-        fmt::format("A time entry cannot be saved now: {}", failure.getErrorStr()));
+    presentError(failure);
     return false;
   }
+}
+
+// Once until a write works again: writes that wait are tried every few seconds. The user's own
+// texts are no part of what the database says.
+void DatabaseWrapper::presentError(const SQLite::Exception& failure) {
+  if (std::exchange(hasPresentedError_, true)) return;
+  process_.platform().log.write(
+      fmt::format("A time entry cannot be saved now: {}", failure.getErrorStr()));
+  process_.platform().alerts.runModal(
+      {localizedString(process_, "Your time entry could not be saved yet."),
+       localizedFormat(process_, "Kestro tries again until it works. The database says: %@",
+                       failure.getErrorStr()),
+       {localizedString(process_, "OK")}});
 }
 
 void DatabaseWrapper::mutateAsynchronouslyOrPresentError(Mutation mutation) {
@@ -191,6 +226,38 @@ void DatabaseWrapper::finishMutations() {
   if (waitingMutations_.empty()) return;
   nextTry_ =
       process_.platform().runLoop.scheduleAfter(timeBetweenTries, [this] { finishMutations(); });
+}
+
+void DatabaseWrapper::createAutomaticBackup() {
+  recordOperation(process_, "DatabaseWrapper createAutomaticBackup");
+  if (!isOpen()) return;
+  try {
+    backUpDatabase(*database_, file_.parent_path() / "Backups", process_.platform().clock.now());
+  } catch (const std::exception& failure) {
+    process_.platform().log.write(
+        fmt::format("The database could not be backed up: {}", failure.what()));
+  }
+}
+
+void DatabaseWrapper::generateSampleDataIfNeeded(const SampleDataSources& sampleDataSources) {
+  PropertyListArray names;
+  for (const auto& source : sampleDataSources)
+    names.emplace_back(source->name());
+  recordOperation(process_, "DatabaseWrapper generateSampleDataIfNeeded", {std::move(names)});
+  if (!sampleDataGeneratorConfig(process_).isWanted || !isOpen() || !isEmpty()) return;
+  SQLite::Transaction transaction(*database_, SQLite::TransactionBehavior::IMMEDIATE);
+  for (const auto& source : sampleDataSources)
+    source->generate(*database_, process_.platform().clock.now());
+  transaction.commit();
+}
+
+// Without anything that the user has done.
+bool DatabaseWrapper::isEmpty() const {
+  return database_
+             ->execAndGet(
+                 "SELECT EXISTS (SELECT 1 FROM activities)"
+                 " OR EXISTS (SELECT 1 FROM time_entries)")
+             .getInt() == 0;
 }
 
 void DatabaseWrapper::replaceDamaged() {

@@ -1,10 +1,12 @@
 #include "platform/Process.h"
 #include "platform/UserDefaults.h"
 #include "product/KestroLegacy.h"
+#include "product/embedded/ProductOperations.h"
 
 namespace kestro {
 namespace {
 
+constexpr const char* askAfterIdleKey = "shouldAskForTaskAfterIdle";
 constexpr const char* playSoundKey = "RunningCallDetector_playSoundWhenMeetingDetected";
 
 UserDefaults& store(const Process& process) {
@@ -12,6 +14,26 @@ UserDefaults& store(const Process& process) {
 }
 
 }  // namespace
+
+MainAppPreferences& MainAppPreferences::sharedInstance(Process& process) {
+  return process.shared<MainAppPreferences>();
+}
+
+MainAppPreferences::MainAppPreferences(Process& process) : process_(process) {
+  recordOperation(process, "MainAppPreferences sharedInstance");
+}
+
+bool MainAppPreferences::onboardingHasCompleted() const {
+  return process_.platform()
+      .defaults.product(ProductStore::mainAppPreferences)
+      .boolean("onboardingHasCompleted")
+      .value_or(true);
+}
+
+HelperPreferences& HelperPreferences::sharedInstance(Process& process) {
+  recordOperation(process, "HelperPreferences sharedInstance");
+  return process.shared<HelperPreferences>();
+}
 
 bool HelperPreferences::advancedAccessibilityTrackingEnabled() const {
   return getBool("advancedAccessibilityTrackingEnabled").value_or(true);
@@ -23,6 +45,30 @@ bool HelperPreferences::playSoundWhenMeetingDetected() const {
 
 void HelperPreferences::setPlaySoundWhenMeetingDetected(bool plays) const {
   set(plays, playSoundKey);
+}
+
+bool HelperPreferences::statusItemVisible() const {
+  return getBool("statusItemVisible").value_or(true);
+}
+
+bool HelperPreferences::shouldAskForTaskAfterIdle() const {
+  return getBool(askAfterIdleKey).value_or(false);
+}
+
+void HelperPreferences::setShouldAskForTaskAfterIdle(bool asks) const {
+  set(asks, askAfterIdleKey);
+}
+
+bool HelperPreferences::shouldSuspendTrackingUponIdle() const {
+  return getBool("shouldSuspendTrackingUponIdle").value_or(true);
+}
+
+std::optional<MASShortcut> HelperPreferences::getShortcut(const std::string& key) const {
+  if (const auto stored = store(process_).value(key)) {
+    return MASShortcut::fromPropertyList(*stored);
+  }
+  const PropertyList* given = process_.platform().productConditions.find(key);
+  return given ? MASShortcut::fromPropertyList(*given) : std::nullopt;
 }
 
 std::optional<bool> HelperPreferences::getBool(std::string_view key) const {

@@ -47,13 +47,19 @@ PropertyListDictionary transcriptFields(const Activity& activity, std::uint64_t 
 }  // namespace
 
 struct InfoLogger::State {
-  explicit State(Process& owner) : process(owner) {}
+  explicit State(Process& owner)
+      : process(owner),
+        relaunchRequests(owner.platform().notificationCenter.observe(
+            productNotification::relaunchWanted,
+            [this](const PropertyListDictionary& request) { requestRelaunch(request); })) {}
 
   void start();
   void stop();
   void sample();
   void sampleForCalls();
   void updatePausedSampling();
+  void requestRelaunch(const PropertyListDictionary& request) const;
+  bool startAnnouncedFlush();
   std::optional<Activity> currentActivity();
   template <class Step>
   void guarded(std::string_view name, Step step);
@@ -61,12 +67,15 @@ struct InfoLogger::State {
   void store(Date time, const std::optional<Activity>& activity);
 
   Process& process;
+  InfoLoggerPresenter* presenter = nullptr;
   InfoLoggerExtractor* extractor = nullptr;
   InfoLoggerCallDetector* callDetector = nullptr;
   bool hasReportedFailure = false;
   std::unique_ptr<Timer> timer;        // null while tracking is off
   std::unique_ptr<Timer> pausedTimer;  // while tracking is off and calls are detected all the same
   std::shared_ptr<bool> firstSample;   // gone when the first sample is no longer wanted
+  std::unique_ptr<Timer> flushTimer;   // until an announced flush is done
+  NotificationCenter::Observation relaunchRequests;
 };
 
 void InfoLogger::State::start() {
@@ -162,16 +171,42 @@ void InfoLogger::State::store(Date time, const std::optional<Activity>& activity
   });
 }
 
+void InfoLogger::State::requestRelaunch(const PropertyListDictionary& request) const {
+  const PropertyList* delay = request.find("delay");
+  const auto* seconds = delay ? delay->get<double>() : nullptr;
+  const PropertyList* attributes = request.find("attributes");
+  const auto* fields = attributes ? attributes->get<PropertyListDictionary>() : nullptr;
+  if (!extractor || !seconds) return;
+  extractor->relaunchWithDelay(Seconds(*seconds), fields ? *fields : PropertyListDictionary());
+}
+
+// The embedded product flushes at once; its conditions can have it take longer, or never end.
+bool InfoLogger::State::startAnnouncedFlush() {
+  const PropertyList* given = process.platform().productConditions.find("shutdownFlush");
+  if (!given) return false;
+  if (const auto duration = number(*given)) {
+    flushTimer = process.platform().runLoop.scheduleAfter(Seconds(*duration), [this] {
+      process.platform().notificationCenter.post(ActivityWriter::flushAndSyncFinishedNotification);
+    });
+  }
+  return true;
+}
+
 InfoLogger::InfoLogger(Process& process) : state_(std::make_unique<State>(process)) {}
 InfoLogger::~InfoLogger() = default;
 
+void InfoLogger::setPresenter(InfoLoggerPresenter* presenter) {
+  if (presenter) recordOperation(state_->process, "InfoLogger setPresenter", {true});
+  state_->presenter = presenter;
+}
+
 void InfoLogger::setInfoExtractor(InfoLoggerExtractor* extractor) {
-  recordOperation(state_->process, "InfoLogger setInfoExtractor", {extractor != nullptr});
+  if (extractor) recordOperation(state_->process, "InfoLogger setInfoExtractor", {true});
   state_->extractor = extractor;
 }
 
 void InfoLogger::setCallDetector(InfoLoggerCallDetector* callDetector) {
-  recordOperation(state_->process, "InfoLogger setCallDetector", {callDetector != nullptr});
+  if (callDetector) recordOperation(state_->process, "InfoLogger setCallDetector", {true});
   state_->callDetector = callDetector;
   state_->updatePausedSampling();
 }
@@ -190,15 +225,22 @@ void InfoLogger::setShouldTrack(bool shouldTrack) {
   state_->updatePausedSampling();
 }
 
+void InfoLogger::statusItemClicked() {
+  recordOperation(state_->process, "InfoLogger statusItemClicked");
+}
+
 bool InfoLogger::prepareForShutdown(bool isRelaunch) {
   recordOperation(state_->process, "InfoLogger prepareForShutdownWithIsRelaunch", {isRelaunch});
-  state_->stop();
-  state_->pausedTimer.reset();
+  if (!isRelaunch) {
+    state_->stop();
+    state_->pausedTimer.reset();
+    if (state_->presenter) state_->presenter->updateStatusItemTransparency();
+  }
   if (ActivityWriter* writer = activityWriter(state_->process)) writer->flush();
   if (auto* database = DatabaseWrapper::sharedInstance(state_->process)) {
     database->finishMutations();
   }
-  return false;
+  return state_->startAnnouncedFlush();
 }
 
 }  // namespace kestro

@@ -1,4 +1,5 @@
 #include "platform/Accessibility.h"
+#include "platform/LoginItems.h"
 #include "platform/Process.h"
 #include "platform/Workspace.h"
 #include "product/KestroLegacy.h"
@@ -9,6 +10,25 @@ namespace kestro {
 bool KSHelper::accessibilityAvailable(Process& process) {
   recordOperation(process, "KSHelper accessibilityAvailable");
   return process.platform().accessibility.isTrusted();
+}
+
+// The system's settings are not the helper's to find yet.
+void KSHelper::openAccessibilityPreferencePane(Process& process) {
+  recordOperation(process, "KSHelper openAccessibilityPreferencePane");
+}
+
+std::string KSHelper::mainAppBundleIdentifierForLaunching() {
+  return KESTRO_MAIN_BUNDLE_IDENTIFIER;
+}
+
+bool KSStartupManager::shouldStartAtLogin(Process& process) {
+  recordOperation(process, "KSStartupManager shouldStartAtLogin");
+  return process.platform().loginItems.startsAtLogin();
+}
+
+void KSStartupManager::setShouldStartAtLogin(Process& process, bool starts) {
+  recordOperation(process, "KSStartupManager setShouldStartAtLogin", {starts});
+  process.platform().loginItems.setStartsAtLogin(starts);
 }
 
 std::optional<std::string> KSHelper::getPathForProcess(Process& process, ProcessIdentifier pid) {

@@ -9,13 +9,13 @@ namespace {
 constexpr Seconds usualSamplingInterval{1.0};
 constexpr Seconds shortestSamplingInterval{0.01};
 
+}  // namespace
+
 std::optional<double> number(const PropertyList& value) {
   if (const auto* real = value.get<double>()) return *real;
   if (const auto* whole = value.get<std::int64_t>()) return static_cast<double>(*whole);
   return std::nullopt;
 }
-
-}  // namespace
 
 void recordOperation(Process& process, std::string_view operation, PropertyListArray arguments) {
   Transcript& transcript = process.platform().transcript;

@@ -14,6 +14,9 @@ class Process;
 void recordOperation(Process& process, std::string_view operation,
                      PropertyListArray arguments = {});
 
+// The value when it is a number.
+std::optional<double> number(const PropertyList& value);
+
 // Whether a part of the product is there; only a condition that says false takes it away.
 bool isPartPresent(Process& process, std::string_view condition);
 

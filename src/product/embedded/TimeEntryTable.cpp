@@ -16,6 +16,14 @@ double seconds(Date date) {
   return static_cast<double>(milliseconds) / 1000.0;
 }
 
+Date date(double seconds) {
+  return Date(std::chrono::round<std::chrono::milliseconds>(Seconds(seconds)));
+}
+
+std::optional<std::string> text(const SQLite::Column& column) {
+  return column.isNull() ? std::nullopt : std::optional(column.getString());
+}
+
 void bind(SQLite::Statement& statement, int index, const std::optional<std::string>& text) {
   if (text) statement.bind(index, *text);
 }
@@ -49,8 +57,56 @@ void TimeEntryTable::update(const TaskActivity& entry) {
   statement.exec();
 }
 
-bool TimeEntryTable::hasRunningTimer() {
-  return database_.execAndGet("SELECT count(*) FROM running_timer").getInt() > 0;
+std::optional<TaskActivity> TimeEntryTable::latest() {
+  SQLite::Statement statement(
+      database_,
+      "SELECT time_entries.id, start, end, title, projects.name FROM time_entries"
+      " LEFT JOIN projects ON projects.id = project_id ORDER BY start DESC, time_entries.id DESC"
+      " LIMIT 1");
+  if (!statement.executeStep()) return std::nullopt;
+  return TaskActivity{statement.getColumn(0).getInt64(), date(statement.getColumn(1).getDouble()),
+                      date(statement.getColumn(2).getDouble()), text(statement.getColumn(3)),
+                      text(statement.getColumn(4))};
+}
+
+std::vector<TaskActivityDescriptor> TimeEntryTable::latestKinds(int most) {
+  SQLite::Statement statement(database_,
+                              "SELECT max(start), max(end), title, projects.name FROM time_entries"
+                              " LEFT JOIN projects ON projects.id = project_id"
+                              " WHERE title IS NOT NULL OR project_id IS NOT NULL"
+                              " GROUP BY title, project_id ORDER BY max(start) DESC LIMIT ?");
+  statement.bind(1, most);
+  std::vector<TaskActivityDescriptor> kinds;
+  while (statement.executeStep()) {
+    kinds.push_back({date(statement.getColumn(0).getDouble()),
+                     date(statement.getColumn(1).getDouble()), text(statement.getColumn(2)),
+                     text(statement.getColumn(3))});
+  }
+  return kinds;
+}
+
+std::optional<RunningTimer> TimeEntryTable::runningTimer() {
+  SQLite::Statement statement(database_,
+                              "SELECT start, title, projects.name FROM running_timer"
+                              " LEFT JOIN projects ON projects.id = project_id");
+  if (!statement.executeStep()) return std::nullopt;
+  return RunningTimer{date(statement.getColumn(0).getDouble()), text(statement.getColumn(1)),
+                      text(statement.getColumn(2))};
+}
+
+void TimeEntryTable::startTimer(const RunningTimer& timer) {
+  const auto project = projectIdentifier(timer.project);
+  SQLite::Statement statement(
+      database_,
+      "INSERT OR REPLACE INTO running_timer (id, start, title, project_id) VALUES (1, ?, ?, ?)");
+  statement.bind(1, seconds(timer.start));
+  bind(statement, 2, timer.title);
+  if (project) statement.bind(3, *project);
+  statement.exec();
+}
+
+void TimeEntryTable::endTimer() {
+  database_.exec("DELETE FROM running_timer");
 }
 
 std::optional<std::int64_t> TimeEntryTable::projectIdentifier(

@@ -14,7 +14,15 @@ class TimeEntryTable {
 
   TaskActivity insert(const TaskActivityDescriptor& entry);
   void update(const TaskActivity& entry);
-  bool hasRunningTimer();
+  // The entry that began last; absent when there is none.
+  std::optional<TaskActivity> latest();
+  // Titles and projects of the latest entries that have either, each pair once.
+  std::vector<TaskActivityDescriptor> latestKinds(int most);
+
+  std::optional<RunningTimer> runningTimer();
+  // Instead of the one that runs.
+  void startTimer(const RunningTimer& timer);
+  void endTimer();
 
   // Of the latest entry that has one.
   std::optional<Project> latestProjectOfProvenance(const std::string& provenance);

@@ -1,0 +1,197 @@
+// The task timer: one row of the database, or what the product's conditions say.
+#include <SQLiteCpp/SQLiteCpp.h>
+
+#include <algorithm>
+
+#include "platform/LocalizedStrings.h"
+#include "platform/Menu.h"
+#include "platform/Process.h"
+#include "platform/TimeEntryEditors.h"
+#include "product/KestroDatabase.h"
+#include "product/KestroLegacy.h"
+#include "product/KestroUI.h"
+#include "product/embedded/NonEmptyText.h"
+#include "product/embedded/ProductOperations.h"
+#include "product/embedded/TimeEntryTable.h"
+
+namespace kestro {
+namespace {
+
+// The timer that the conditions give counts until it is stopped; another one counts anew.
+struct ConditionalTimer {
+  explicit ConditionalTimer(Process& process) : since(process.platform().clock.now()) {}
+  Date since;  // when it began, unless the condition says
+  std::optional<PropertyList> stopped;
+};
+
+const PropertyList* conditionalTimer(Process& process) {
+  const PropertyList* given = process.platform().productConditions.find("runningTimer");
+  if (!given || *given == PropertyList(false)) return nullptr;
+  const auto& stopped = process.shared<ConditionalTimer>().stopped;
+  return stopped && *stopped == *given ? nullptr : given;
+}
+
+std::optional<std::string> textField(const PropertyListDictionary* fields, std::string_view key) {
+  const PropertyList* value = fields ? fields->find(key) : nullptr;
+  const auto* text = value ? value->get<std::string>() : nullptr;
+  return text ? std::optional(*text) : std::nullopt;
+}
+
+RunningTimer timerOf(const PropertyList& condition, Date usualStart) {
+  const auto* fields = condition.get<PropertyListDictionary>();
+  const PropertyList* start = fields ? fields->find("start") : nullptr;
+  const Date* startDate = start ? start->get<Date>() : nullptr;
+  return {startDate ? *startDate : usualStart, textField(fields, "title"),
+          textField(fields, "project")};
+}
+
+// What the reading finds in the open database; absent without one, and when it fails.
+template <class Reading>
+auto read(Process& process, Reading reading) -> decltype(reading(std::declval<TimeEntryTable&>())) {
+  DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process);
+  if (!database || !database->isOpen()) return std::nullopt;
+  try {
+    TimeEntryTable table(database->db());
+    return reading(table);
+  } catch (const SQLite::Exception&) {
+    return std::nullopt;
+  }
+}
+
+void write(Process& process, DatabaseWrapper::Mutation mutation) {
+  if (DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process)) {
+    database->mutateAsynchronouslyOrPresentError(std::move(mutation));
+  }
+}
+
+void deliverStopNotification(Process& process, const TaskActivity& entry) {
+  constexpr int mostComponents = 2;
+  const std::string duration =
+      DurationFormatterBridge::shortString(entry.end - entry.start, mostComponents, false);
+  UserNotification notification;
+  notification.title = localizedString(process, "Timer Stopped");
+  notification.body = entry.title ? *entry.title + " · " + duration : duration;
+  UserNotificationCenter::sharedInstance(process).withNotificationPermission(
+      [&process, notification](bool isAllowed) {
+        if (isAllowed) UserNotificationCenter::sharedInstance(process).deliver(notification);
+      });
+}
+
+void presentEditor(Process& process, const std::string& header, const RunningTimer& timer,
+                   std::function<void(const TimeEntryEditorContents&)> save) {
+  const TimeEntryEditorContents contents{header, timer.title.value_or(""), timer.start,
+                                         process.platform().clock.now(), timer.project};
+  process.platform().timeEntryEditors.present(
+      contents, {.obtainFocus = true, .center = true},
+      [save = std::move(save)](const std::optional<TimeEntryEditorContents>& saved) {
+        if (saved) save(*saved);
+      });
+}
+
+}  // namespace
+
+bool OngoingTaskActivityManager::hasRunningActivity() const {
+  return runningTimer().has_value();
+}
+
+std::optional<RunningTimer> OngoingTaskActivityManager::runningTimer() const {
+  if (const auto* condition = conditionalTimer(process_)) {
+    return timerOf(*condition, process_.shared<ConditionalTimer>().since);
+  }
+  return read(process_, [](TimeEntryTable& table) { return table.runningTimer(); });
+}
+
+void OngoingTaskActivityManager::showEditorToStartTaskActivity() const {
+  recordOperation(process_, "OngoingTaskActivityManager showEditorToStartTaskActivity");
+  const RunningTimer timer{process_.platform().clock.now(), std::nullopt, std::nullopt};
+  presentEditor(process_, localizedString(process_, "Start Timer"), timer,
+                [&process = process_](const TimeEntryEditorContents& saved) {
+                  OngoingTaskActivityManager(process).startTaskActivity(
+                      {saved.start, nonEmpty(saved.title), saved.project});
+                });
+}
+
+void OngoingTaskActivityManager::startTaskActivity(const RunningTimer& timer) const {
+  endRunningTimer();
+  write(process_,
+        [timer](SQLite::Database& mutator) { TimeEntryTable(mutator).startTimer(timer); });
+  StatusItemInfoProvider::sharedInstance(process_).dispatchStatusUpdateRequest(false);
+}
+
+void OngoingTaskActivityManager::stopRunningActivity(bool showNotification,
+                                                     bool autoStopped) const {
+  recordOperation(process_, "OngoingTaskActivityManager stopRunningActivityWithShowNotification",
+                  {showNotification, autoStopped});
+  const auto entry = endRunningTimer();
+  if (!entry) return;
+  if (showNotification) deliverStopNotification(process_, *entry);
+  StatusItemInfoProvider::sharedInstance(process_).dispatchStatusUpdateRequest(false);
+}
+
+// What ran becomes a time entry.
+std::optional<TaskActivity> OngoingTaskActivityManager::endRunningTimer() const {
+  const auto timer = runningTimer();
+  if (!timer) return std::nullopt;
+  if (const auto* condition = conditionalTimer(process_)) {
+    process_.shared<ConditionalTimer>().stopped = *condition;
+  }
+  const Date end = std::max(timer->start, process_.platform().clock.now());
+  const TaskActivityDescriptor descriptor{timer->start, end, timer->title, timer->project};
+  write(process_, [&process = process_, descriptor](SQLite::Database& mutator) {
+    TimeEntryTable(mutator).endTimer();
+    descriptor.createTaskActivity(process, mutator, false);
+  });
+  return TaskActivity{0, timer->start, end, timer->title, timer->project};
+}
+
+void OngoingTaskActivityManager::editRunningOrLatestTask() const {
+  recordOperation(process_, "OngoingTaskActivityManager editRunningOrLatestTask");
+  if (const auto timer = runningTimer()) return editRunningTimer(*timer);
+  const auto latest = read(process_, [](TimeEntryTable& table) { return table.latest(); });
+  if (latest) editTaskActivity(*latest, true);
+}
+
+void OngoingTaskActivityManager::editRunningTimer(const RunningTimer& timer) const {
+  presentEditor(process_, localizedString(process_, "Edit Running Timer"), timer,
+                [&process = process_](const TimeEntryEditorContents& saved) {
+                  const RunningTimer edited{saved.start, nonEmpty(saved.title), saved.project};
+                  if (const auto* condition = conditionalTimer(process)) {
+                    process.shared<ConditionalTimer>().stopped = *condition;
+                  }
+                  write(process, [edited](SQLite::Database& mutator) {
+                    TimeEntryTable(mutator).startTimer(edited);
+                  });
+                });
+}
+
+void OngoingTaskActivityManager::updateEditRunningOrLatestTaskMenuItem(MenuItem& item) const {
+  const bool isRunning = hasRunningActivity();
+  item.title = localizedString(
+      process_, isRunning ? localizable("Edit Running Timer…") : localizable("Edit Latest Timer…"));
+  item.isHidden =
+      !isRunning && !read(process_, [](TimeEntryTable& table) { return table.latest(); });
+  const auto shortcut = process_.shared<HelperPreferences>().startTaskShortcut();
+  item.keyEquivalent =
+      shortcut ? fakeShortcutWithExtraShiftTransformer(*shortcut).keys() : KeyEquivalent{};
+}
+
+void OngoingTaskActivityManager::editTaskActivity(const TaskActivity& activity, bool center) const {
+  const TimeEntryEditorContents contents{localizedString(process_, "Edit Time Entry"),
+                                         activity.title.value_or(""), activity.start, activity.end,
+                                         activity.project};
+  process_.platform().timeEntryEditors.present(
+      contents, {.obtainFocus = true, .center = center},
+      [&process = process_,
+       identifier = activity.identifier](const std::optional<TimeEntryEditorContents>& saved) {
+        DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process);
+        if (!saved || !database) return;
+        const auto [start, end] = std::minmax(saved->start, saved->end);
+        const TaskActivity edited{identifier, start, end, nonEmpty(saved->title), saved->project};
+        database->mutateAsynchronouslyOrPresentError([&process, edited](SQLite::Database& mutator) {
+          TimeEntryTable(mutator).update(edited);
+          recordTimeEntry(process, edited);
+        });
+      });
+}
+
+}  // namespace kestro
