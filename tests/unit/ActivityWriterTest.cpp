@@ -219,7 +219,7 @@ TEST_F(ActivityWriterTest, bringsOlderVersionsUpToDate) {
   writer().flush();
   EXPECT_EQ(rows(), "old -10--5, a 0-1");
   SQLite::Database database(file().string());
-  EXPECT_EQ(database.execAndGet("PRAGMA user_version").getInt(), 3);
+  EXPECT_EQ(database.execAndGet("PRAGMA user_version").getInt(), 4);
   EXPECT_EQ(database.execAndGet("SELECT sum(duration) FROM readable_activities").getInt(), 6);
 }
 

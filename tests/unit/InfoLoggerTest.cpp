@@ -71,6 +71,7 @@ class InfoLoggerTest : public testing::Test {
     return text;
   }
   void startTracking() {
+    DatabaseWrapper::sharedInstance(process);
     logger.setInfoExtractor(&extractor);
     logger.setCallDetector(&extractor);
     logger.setShouldTrack(true);
@@ -110,6 +111,10 @@ TEST_F(InfoLoggerTest, turningTrackingOffAndOnAgainSamplesOnce) {
   fake.runLoop.advance(Seconds(0.1));
   EXPECT_EQ(events(), "activity a document 2\n");
   EXPECT_FALSE(logger.prepareForShutdown(true));
+  fake.runLoop.advance(Seconds(2));
+  EXPECT_EQ(events(),
+            "product InfoLogger prepareForShutdownWithIsRelaunch\nactivity a document 2\n");
+  EXPECT_FALSE(logger.prepareForShutdown(false));
   fake.runLoop.advance(Seconds(5));
   EXPECT_EQ(events(), "product InfoLogger prepareForShutdownWithIsRelaunch\n");
 }

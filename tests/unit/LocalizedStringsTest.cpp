@@ -83,7 +83,7 @@ Keys keysInSource(std::string source) {
 void addTitles(const nlohmann::json& rows, Keys& keys) {
   for (const auto& row : rows) {
     const std::string title = row.value("title", "");
-    if (!title.empty()) keys.insert(title);
+    if (!title.empty() && !row.value("placeholder", false)) keys.insert(title);
     if (row.contains("rows")) addTitles(row.at("rows"), keys);
   }
 }
@@ -94,8 +94,8 @@ Keys keysInUse() {
     const auto extension = entry.path().extension();
     if (extension == ".cpp" || extension == ".h") keys.merge(keysInSource(contentsOf(entry)));
   }
-  const auto menu = sourceDirectory / "resources/MainMenu.json";
-  if (exists(menu)) addTitles(nlohmann::json::parse(contentsOf(menu)), keys);
+  const auto menu = contentsOf(sourceDirectory / "resources/MainMenu.json");
+  addTitles(nlohmann::json::parse(menu, nullptr, true, true), keys);
   return keys;
 }
 

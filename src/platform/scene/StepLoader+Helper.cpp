@@ -1,4 +1,6 @@
 // Steps that concern the helper itself: what people, other programs and the session ask of it.
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <limits>
 
@@ -25,7 +27,7 @@ KeyEquivalent loadKeys(const JsonNode& node) {
   if (const auto modifiers = node.find("modifiers")) {
     modifiers->forEachItem([&](const JsonNode& item) {
       const auto modifier = modifierNamed(item.text());
-      if (!modifier) item.failExpecting("command, option, control or shift");
+      if (!modifier) item.fail(fmt::format("unknown modifier '{}'", item.text()));
       keys.modifiers.push_back(*modifier);
     });
   }

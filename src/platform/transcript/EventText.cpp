@@ -1,8 +1,10 @@
 #include "platform/transcript/EventText.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <array>
+#include <vector>
 
 namespace kestro {
 namespace {
@@ -55,11 +57,42 @@ std::string supportText(const PropertyListDictionary&) {
   return "a request was opened";
 }
 
+// The rows that can be seen, from top to bottom.
+std::string menuText(const PropertyListDictionary& menu) {
+  const PropertyList* rows = menu.find("rows");
+  const auto* list = rows ? rows->get<PropertyListArray>() : nullptr;
+  std::vector<std::string> titles;
+  for (const PropertyList& row : list ? *list : PropertyListArray()) {
+    const auto* fields = row.get<PropertyListDictionary>();
+    const bool isShown = fields && !fields->find("hidden") && !fields->find("separator");
+    if (isShown) titles.push_back(text(*fields, "title"));
+  }
+  return fmt::format("{}", fmt::join(titles, " | "));
+}
+
+std::string alertText(const PropertyListDictionary& alert) {
+  const PropertyList* answer = alert.find("answer");
+  const auto* fields = answer ? answer->get<PropertyListDictionary>() : nullptr;
+  return fmt::format("{}  → {}", text(alert, "message"), fields ? text(*fields, "button") : "");
+}
+
+std::string openText(const PropertyListDictionary& open) {
+  return text(open, "bundleIdentifier");
+}
+
+std::string logText(const PropertyListDictionary& log) {
+  return text(log, "text");
+}
+
 struct Row {
   std::string_view kind;
   std::string (*words)(const PropertyListDictionary& fields);
 };
-constexpr std::array<Row, 5> rows{{{"call", callText},
+constexpr std::array<Row, 9> rows{{{"call", callText},
+                                   {"menu", menuText},
+                                   {"alert", alertText},
+                                   {"open", openText},
+                                   {"log", logText},
                                    {"notification", notificationText},
                                    {"editor", editorText},
                                    {"timeEntry", timeEntryText},

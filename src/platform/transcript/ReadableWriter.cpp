@@ -16,8 +16,9 @@ namespace {
 constexpr std::size_t longestSubject = 22;
 constexpr std::size_t longestText = 110;
 
-// Kinds that would drown the rest: calls into the product's libraries and measurements.
-constexpr std::array<std::string_view, 3> quietKinds{"product", "analytics", "statistics"};
+// Kinds that would drown the rest: calls into the product's libraries, measurements, looks.
+constexpr std::array<std::string_view, 4> quietKinds{"product", "analytics", "statistics",
+                                                     "statusItem"};
 
 std::optional<std::string> textField(const PropertyListDictionary& fields, std::string_view key) {
   const PropertyList* value = fields.find(key);
@@ -94,6 +95,13 @@ std::string clockText(Date date, const TimeZone& timeZone) {
                      time.seconds().count());
 }
 
+std::string trackingText(const PropertyListDictionary& tracking, const TimeZone& timeZone) {
+  if (flagField(tracking, "on")) return "on";
+  const PropertyList* resumes = tracking.find("resumesAt");
+  const Date* date = resumes ? resumes->get<Date>() : nullptr;
+  return date ? "paused until " + clockText(*date, timeZone) : "paused";
+}
+
 }  // namespace
 
 void ReadableWriter::write(Seconds time, std::string_view kind,
@@ -102,6 +110,7 @@ void ReadableWriter::write(Seconds time, std::string_view kind,
   if (kind == "noActivity") return writeActivity(time, {});
   if (std::ranges::find(quietKinds, kind) != quietKinds.end()) return;
   if (kind == "print") return writePrinted(fields);
+  if (kind == "tracking") return writeLine(time, "  tracking", trackingText(fields, timeZone_));
   const auto words = eventText(kind, fields);
   writeLine(time, fmt::format("  {}", kind),
             words ? terminalText(*words, longestText) : fieldsText(fields));

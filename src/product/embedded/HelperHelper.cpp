@@ -90,7 +90,7 @@ Seconds HelperHelper::secondsUntilTomorrow() const {
 // The first text loads the table of the user's language.
 void PrewarmCoordinator::warmUp(Process& process) {
   recordOperation(process, "PrewarmCoordinator warmUp");
-  localizedString(process, "");
+  localizedString(process, "OK");
 }
 
 UpdateHandler& UpdateHandler::sharedInstance(Process& process) {

@@ -45,6 +45,10 @@ RunningTimer timerOf(const PropertyList& condition, Date usualStart) {
           textField(fields, "project")};
 }
 
+TaskActivityDescriptor descriptorOf(const RunningTimer& timer, Date end) {
+  return {timer.start, std::max(timer.start, end), timer.title, timer.project};
+}
+
 // What the reading finds in the open database; absent without one, and when it fails.
 template <class Reading>
 auto read(Process& process, Reading reading) -> decltype(reading(std::declval<TimeEntryTable&>())) {
@@ -128,20 +132,27 @@ void OngoingTaskActivityManager::stopRunningActivity(bool showNotification,
   StatusItemInfoProvider::sharedInstance(process_).dispatchStatusUpdateRequest(false);
 }
 
-// What ran becomes a time entry.
+// What ran becomes a time entry. What runs when the write takes place counts: a timer that was
+// ended twice in between is one entry.
 std::optional<TaskActivity> OngoingTaskActivityManager::endRunningTimer() const {
   const auto timer = runningTimer();
   if (!timer) return std::nullopt;
+  const Date end = process_.platform().clock.now();
   if (const auto* condition = conditionalTimer(process_)) {
     process_.shared<ConditionalTimer>().stopped = *condition;
+    write(process_, [&process = process_, timer, end](SQLite::Database& mutator) {
+      descriptorOf(*timer, end).createTaskActivity(process, mutator, false);
+    });
+  } else {
+    write(process_, [&process = process_, end](SQLite::Database& mutator) {
+      TimeEntryTable table(mutator);
+      const auto running = table.runningTimer();
+      if (!running) return;
+      table.endTimer();
+      descriptorOf(*running, end).createTaskActivity(process, mutator, false);
+    });
   }
-  const Date end = std::max(timer->start, process_.platform().clock.now());
-  const TaskActivityDescriptor descriptor{timer->start, end, timer->title, timer->project};
-  write(process_, [&process = process_, descriptor](SQLite::Database& mutator) {
-    TimeEntryTable(mutator).endTimer();
-    descriptor.createTaskActivity(process, mutator, false);
-  });
-  return TaskActivity{0, timer->start, end, timer->title, timer->project};
+  return TaskActivity{0, timer->start, std::max(timer->start, end), timer->title, timer->project};
 }
 
 void OngoingTaskActivityManager::editRunningOrLatestTask() const {
