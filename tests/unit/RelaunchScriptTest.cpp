@@ -93,6 +93,11 @@ struct Helper {
   Seconds opened;      // after the start of the script, at the earliest
 };
 
+// For the test's name in lists.
+void PrintTo(const Helper& helper, std::ostream* stream) {
+  *stream << helper.name;
+}
+
 [[noreturn]] void beHelper(const Helper& helper) {
   sigset_t none;
   sigemptyset(&none);
