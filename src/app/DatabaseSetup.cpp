@@ -22,8 +22,8 @@ void generateAllSampleDataIfNeeded(Process& process, DatabaseWrapper& database) 
 
 void setupPostSyncUpdater(Process& process, DatabaseWrapper& database) {
   ActivityWriter* writer = database.activityWriter();
-  if (!writer || !database.isOpen()) return;
-  const KestroIntegrationsDatabaseAdapter adapter(process, database.db());
+  if (!writer) return;
+  const KestroIntegrationsDatabaseAdapter adapter(process, database);
   writer->setPostSyncUpdater(
       std::make_unique<IntegrationsPostSyncUpdater>(IntegrationsUpdater(adapter)));
 }

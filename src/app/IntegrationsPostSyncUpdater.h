@@ -7,8 +7,8 @@ namespace kestro {
 
 class IntegrationsPostSyncUpdater final : public PostSyncUpdater {
  public:
-  explicit IntegrationsPostSyncUpdater(IntegrationsUpdater integrationsUpdater)
-      : integrationsUpdater_(std::move(integrationsUpdater)) {}
+  explicit IntegrationsPostSyncUpdater(const IntegrationsUpdater& integrationsUpdater)
+      : integrationsUpdater_(integrationsUpdater) {}
 
   // All integrations.
   void performPostSyncUpdate(std::function<void(const PostSyncOutcome&)> completion) override {

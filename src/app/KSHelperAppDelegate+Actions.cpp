@@ -48,6 +48,7 @@ void KSHelperAppDelegate::perform(const std::string& action, std::int64_t tag) {
 }
 
 void KSHelperAppDelegate::setShouldTrack(bool shouldTrack) {
+  if (isTerminating_) return;
   resumeTrackingTimer_.reset();
   process_.shared<InfoLogger>().setShouldTrack(shouldTrack);
   updateStatusItemTransparency();
@@ -60,7 +61,7 @@ void KSHelperAppDelegate::resumeTracking() {
 
 void KSHelperAppDelegate::pauseTrackingForTime(Seconds duration) {
   setShouldTrack(false);
-  if (duration > Seconds(0)) startResumeTimer(duration);
+  if (duration > Seconds(0) && !isTerminating_) startResumeTimer(duration);
   recordTracking();
 }
 
@@ -74,7 +75,7 @@ void KSHelperAppDelegate::startResumeTimer(Seconds duration) {
 
 void KSHelperAppDelegate::recordTracking() const {
   Transcript& transcript = process_.platform().transcript;
-  if (!transcript.isActive()) return;
+  if (isTerminating_ || !transcript.isActive()) return;
   PropertyListDictionary fields{{"on", process_.shared<InfoLogger>().shouldTrack()}};
   if (resumeTrackingTimer_) fields.set("resumesAt", resumeTrackingTimer_->fireDate);
   transcript.record("tracking", std::move(fields));

@@ -2,7 +2,6 @@
 #include "app/KSHelperAppDelegate.h"
 #include "platform/Alerts.h"
 #include "platform/LocalizedStrings.h"
-#include "platform/Transcript.h"
 #include "platform/UserDefaults.h"
 
 namespace kestro {
@@ -22,27 +21,6 @@ Alert quitAlert(Process& process) {
       {localizedString(process, "Keep Tracking"), localizedString(process, "Quit Kestro Tracker")},
       true,
       true};
-}
-
-// What the probe has counted, for the transcript.
-PropertyListDictionary fieldsOf(const InfoLoggerAccessibilityStatsProvider& statistics) {
-  PropertyListDictionary fields;
-  fields.set("numberOfTimesWeHaveSeenAlwaysIgnoredApplications",
-             statistics.numberOfTimesWeHaveSeenAlwaysIgnoredApplications());
-  fields.setIfPresent("lastAlwaysIgnoredApplication", statistics.lastAlwaysIgnoredApplication());
-  fields.set("hasEnteredAccessibilityBranchAtAll", statistics.hasEnteredAccessibilityBranchAtAll());
-  fields.set("hasSuccessfullyFetchedAccessibilityApplication",
-             statistics.hasSuccessfullyFetchedAccessibilityApplication());
-  fields.set("hasSuccessfullyFetchedAccessibilityWindow",
-             statistics.hasSuccessfullyFetchedAccessibilityWindow());
-  fields.setIfPresent("lastSuccessfulAccessibilityWindowFetch",
-                      statistics.lastSuccessfulAccessibilityWindowFetch());
-  fields.set("unsuccessfulWindowFetchesSinceLastSuccessful",
-             statistics.unsuccessfulWindowFetchesSinceLastSuccessful());
-  fields.setIfPresent("lastApplicationWithoutWindow", statistics.lastApplicationWithoutWindow());
-  fields.set("lastWindowFetchError", statistics.lastWindowFetchError());
-  fields.set("hasSuccessfullyUsedAccessibility", statistics.hasSuccessfullyUsedAccessibility());
-  return fields;
 }
 
 }  // namespace
@@ -73,6 +51,8 @@ void KSHelperAppDelegate::logQuitEvent() {
 
 void KSHelperAppDelegate::terminate() {
   if (std::exchange(isTerminating_, true)) return;
+  resumeTrackingTimer_.reset();
+  updateCheck_.reset();
   if (applicationShouldTerminate() == TerminateReply::now) replyToApplicationShouldTerminate();
 }
 
@@ -94,10 +74,6 @@ void KSHelperAppDelegate::replyToApplicationShouldTerminate() {
 }
 
 void KSHelperAppDelegate::applicationWillTerminate() {
-  Transcript& transcript = process_.platform().transcript;
-  if (transcript.isActive()) {
-    transcript.record("statistics", fieldsOf(accessibilityStatsProvider()));
-  }
   DatabaseWrapper::clearSharedInstance(process_);
 }
 

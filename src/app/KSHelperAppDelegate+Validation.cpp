@@ -77,8 +77,9 @@ std::string KSHelperAppDelegate::pauseContainerTitle() const {
   if (!isTimed) return localizedString(process_, "Pause App Tracking for…");
   constexpr int maxComponents = 2;
   const Seconds remaining = resumeTrackingTimer_->fireDate - now;
-  return localizedFormat(process_, "Paused for the next %@",
-                         DurationFormatterBridge::shortString(remaining, maxComponents, false));
+  return localizedFormat(
+      process_, "Paused for the next %@",
+      DurationFormatterBridge::shortString(process_, remaining, maxComponents, false));
 }
 
 void KSHelperAppDelegate::validateInformation(MenuItem& item) {

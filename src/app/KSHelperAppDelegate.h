@@ -55,7 +55,8 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
   const Menu& validatedMenu() override;
   void perform(const std::string& action, std::int64_t tag) override;
 
-  // Drops a pending resume.
+  // Drops a pending resume. Nothing changes any more once the helper is about to end; so it is for
+  // the next two.
   void setShouldTrack(bool shouldTrack);
   void resumeTracking();
   // Without end unless the time is positive.

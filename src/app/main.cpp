@@ -116,6 +116,7 @@ class Helper {
     options.dataDirectory = environment("KESTRO_DATA_DIR");
     // A transcript there holds what is printed.
     if (settings_.transcript != "-") options.standardOutput = &std::cout;
+    if (!settings_.transcript) options.standardError = &std::cerr;
     if (!settings_.transcript) return options;
     options.transcriptWriter =
         makeTranscriptWriter(transcriptStream(), settings_.transcriptFormat, start, timeZone);

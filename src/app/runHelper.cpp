@@ -9,13 +9,42 @@
 namespace kestro {
 namespace {
 
-int runProcessLife(Platform& platform) {
-  Process process(platform);
-  process.shared<KSInfoExtractor>();  // the registry is filled before anything else
+// What the probe has counted.
+PropertyListDictionary fieldsOf(const InfoLoggerAccessibilityStatsProvider& statistics) {
+  PropertyListDictionary fields;
+  fields.set("numberOfTimesWeHaveSeenAlwaysIgnoredApplications",
+             statistics.numberOfTimesWeHaveSeenAlwaysIgnoredApplications());
+  fields.setIfPresent("lastAlwaysIgnoredApplication", statistics.lastAlwaysIgnoredApplication());
+  fields.set("hasEnteredAccessibilityBranchAtAll", statistics.hasEnteredAccessibilityBranchAtAll());
+  fields.set("hasSuccessfullyFetchedAccessibilityApplication",
+             statistics.hasSuccessfullyFetchedAccessibilityApplication());
+  fields.set("hasSuccessfullyFetchedAccessibilityWindow",
+             statistics.hasSuccessfullyFetchedAccessibilityWindow());
+  fields.setIfPresent("lastSuccessfulAccessibilityWindowFetch",
+                      statistics.lastSuccessfulAccessibilityWindowFetch());
+  fields.set("unsuccessfulWindowFetchesSinceLastSuccessful",
+             statistics.unsuccessfulWindowFetchesSinceLastSuccessful());
+  fields.setIfPresent("lastApplicationWithoutWindow", statistics.lastApplicationWithoutWindow());
+  fields.set("lastWindowFetchError", statistics.lastWindowFetchError());
+  fields.set("hasSuccessfullyUsedAccessibility", statistics.hasSuccessfullyUsedAccessibility());
+  return fields;
+}
+
+int runUntilExit(Process& process) {
   KSHelperAppDelegate delegate(process);
   if (const auto exitStatus = delegate.awakeFromNib()) return *exitStatus;
   delegate.applicationDidFinishLaunching();
-  return platform.runLoop.run();
+  return process.platform().runLoop.run();
+}
+
+int runProcessLife(Platform& platform) {
+  Process process(platform);
+  const auto& probe = process.shared<KSInfoExtractor>();  // before anything else: the registry
+  const int exitStatus = runUntilExit(process);
+  if (platform.transcript.isActive()) {
+    platform.transcript.record("statistics", fieldsOf(probe.accessibilityStatistics()));
+  }
+  return exitStatus;
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 #include "fsevents/SCEvents.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
 
 #include "platform/Process.h"
+#include "platform/PropertyListDescription.h"
 
 namespace kestro {
 namespace {
@@ -15,8 +15,9 @@ std::string withoutSlashAtEnd(std::string path) {
   return path;
 }
 
-std::string listDescription(const std::vector<std::string>& paths) {
-  return fmt::format("({})", fmt::join(paths, ", "));
+// As the designed platform writes a list, or that there is none.
+std::string listDescription(const std::optional<std::vector<std::string>>& paths) {
+  return paths ? propertyListDescription(*paths) : "(null)";
 }
 
 std::optional<std::vector<std::string>> texts(const PropertyList& value) {
@@ -50,26 +51,28 @@ bool SCEvents::startWatchingPaths(std::vector<std::string> paths) {
   if (paths.empty() || isWatchingPaths()) return false;
   watchedPaths_ = std::move(paths);
   stream_ = process_.platform().fileEvents.makeStream(
-      watchedPaths_, notificationLatency_,
+      *watchedPaths_, notificationLatency_,
       [this](const std::vector<FileEvent>& events) { deliver(events); });
+  isWatchingPaths_ = true;
   return true;
 }
 
 bool SCEvents::stopWatchingPaths() {
   if (!isWatchingPaths()) return false;
+  isWatchingPaths_ = false;
   stream_.reset();
   return true;
 }
 
 bool SCEvents::flushEventStreamSync() {
   if (!isWatchingPaths()) return false;
-  stream_->flushSync();
+  if (stream_) stream_->flushSync();
   return true;
 }
 
 bool SCEvents::flushEventStreamAsync() {
   if (!isWatchingPaths()) return false;
-  stream_->flushAsync();
+  if (stream_) stream_->flushAsync();
   return true;
 }
 
@@ -85,7 +88,8 @@ void SCEvents::deliver(const std::vector<FileEvent>& events) {
 }
 
 bool SCEvents::isIgnored(const std::string& path) const {
-  return std::ranges::any_of(excludedPaths_, [&](const std::string& excluded) {
+  if (!excludedPaths_) return false;
+  return std::ranges::any_of(*excludedPaths_, [&](const std::string& excluded) {
     return path == excluded || (ignoreEventsFromSubDirs_ && path.starts_with(excluded));
   });
 }
@@ -101,7 +105,7 @@ void SCEvents::handleRequest(const PropertyListDictionary& request) {
 }
 
 std::string SCEvents::streamDescription() const {
-  if (isWatchingPaths()) return stream_->description();
+  if (stream_) return stream_->description();
   return "The event stream is not running. Start it by calling: startWatchingPaths:";
 }
 

@@ -39,8 +39,9 @@ class SCEvents {
   std::string streamDescription() const;
   std::string description() const;
 
-  bool isWatchingPaths() const { return stream_ != nullptr; }
-  const std::vector<std::string>& watchedPaths() const { return watchedPaths_; }
+  bool isWatchingPaths() const { return isWatchingPaths_; }
+  // Absent before the first start.
+  const std::optional<std::vector<std::string>>& watchedPaths() const { return watchedPaths_; }
   // The last event of the latest delivery whose last event was not ignored.
   const std::optional<SCEvent>& lastEvent() const { return lastEvent_; }
 
@@ -49,7 +50,8 @@ class SCEvents {
   // Events of these paths are ignored: exactly, or where a path begins with one of them, while
   // ignoreEventsFromSubDirs is on. That is a test of the texts: /a/b also ignores /a/bc.
   void setExcludedPaths(std::vector<std::string> paths) { excludedPaths_ = std::move(paths); }
-  const std::vector<std::string>& excludedPaths() const { return excludedPaths_; }
+  // Absent until they are set.
+  const std::optional<std::vector<std::string>>& excludedPaths() const { return excludedPaths_; }
   void setIgnoreEventsFromSubDirs(bool ignores) { ignoreEventsFromSubDirs_ = ignores; }
   bool ignoreEventsFromSubDirs() const { return ignoreEventsFromSubDirs_; }
   // How long changes are held back; of the next stream.
@@ -65,11 +67,12 @@ class SCEvents {
   SCEventListenerProtocol* delegate_ = nullptr;
   bool ignoreEventsFromSubDirs_ = true;
   Seconds notificationLatency_{3.0};
-  std::vector<std::string> watchedPaths_;
-  std::vector<std::string> excludedPaths_;
+  bool isWatchingPaths_ = false;
+  std::optional<std::vector<std::string>> watchedPaths_;
+  std::optional<std::vector<std::string>> excludedPaths_;
   std::optional<SCEvent> lastEvent_;
   NotificationCenter::Observation requests_;  // of other parts of the program
-  std::unique_ptr<FileEventStream> stream_;   // null while it does not watch
+  std::unique_ptr<FileEventStream> stream_;   // null while there is none
 };
 
 }  // namespace kestro

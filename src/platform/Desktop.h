@@ -19,6 +19,7 @@ struct DesktopOptions {
   std::optional<std::filesystem::path> dataDirectory;  // absent: the backend's own choice
   std::unique_ptr<TranscriptWriter> transcriptWriter;  // null: no transcript
   std::ostream* standardOutput = nullptr;  // null: what is printed is only in the transcript
+  std::ostream* standardError = nullptr;   // of a scene's system log; null: only in the transcript
 };
 
 class Desktop {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <deque>
+#include <exception>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -18,6 +19,7 @@ class Exception;
 namespace kestro {
 
 class ActivityWriter;
+class AutomaticBackup;
 class FileLock;
 class Process;
 class Timer;
@@ -63,8 +65,8 @@ class DatabaseWrapper {
   ActivityWriter* activityWriter() { return activityWriter_.get(); }
   SyncManager& syncManager() { return *syncManager_; }
 
-  // A copy of the database in the folder "Backups" beside it, and the oldest copies beyond five
-  // removed. A log line when it fails.
+  // Begins a copy of the database in the folder "Backups" beside it; the newest five stay. A log
+  // line when it fails.
   void createAutomaticBackup();
   // Lets the sources fill an empty database, when sample data is wanted. Throws std::exception.
   void generateSampleDataIfNeeded(const SampleDataSources& sampleDataSources);
@@ -72,6 +74,8 @@ class DatabaseWrapper {
  private:
   bool isEmpty() const;
   void presentError(const SQLite::Exception& failure);
+  void continueBackup();
+  void endBackup(const std::exception& failure);
 
   Process& process_;
   std::filesystem::path file_;
@@ -79,6 +83,8 @@ class DatabaseWrapper {
   std::unique_ptr<SQLite::Database> database_;
   std::unique_ptr<ActivityWriter> activityWriter_;
   std::unique_ptr<SyncManager> syncManager_;
+  std::unique_ptr<AutomaticBackup> backup_;  // while one is made
+  std::unique_ptr<Timer> nextBackupStep_;
   std::deque<Mutation> waitingMutations_;
   std::unique_ptr<Timer> nextTry_;
   bool hasPresentedError_ = false;

@@ -34,13 +34,14 @@ class DurationFormatter {
   static std::string format(Seconds duration, Style style);
 };
 
-// Durations as short texts, for menus: "1h 5m", "45s".
+// Durations as short texts in the user's language, for menus: "1h 5m", "45s".
 class DurationFormatterBridge {
  public:
   // The largest units of hours, minutes and seconds that are not zero, `maxComponents` at most,
   // rounded down; seconds only below a minute. With `alwaysShowMinutes` also "0m" where no minute
   // is full, and no seconds. Negative durations count as none.
-  static std::string shortString(Seconds duration, int maxComponents, bool alwaysShowMinutes);
+  static std::string shortString(Process& process, Seconds duration, int maxComponents,
+                                 bool alwaysShowMinutes);
 };
 
 // The text without characters that shape or order text but show nothing: formatting characters

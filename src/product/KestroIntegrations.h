@@ -19,28 +19,31 @@ namespace kestro {
 
 class Process;
 
-// The integrations in a database, which must outlive it.
+class DatabaseWrapper;
+
+// The integrations in the database of the facade, which must outlive it. The facade may replace the
+// database meanwhile.
 class KestroIntegrationsDatabaseAdapter {
  public:
-  KestroIntegrationsDatabaseAdapter(Process& process, SQLite::Database& database)
-      : process_(process), database_(database) {}
+  KestroIntegrationsDatabaseAdapter(Process& process, DatabaseWrapper& facade)
+      : process_(process), facade_(facade) {}
 
   Process& process() const { return process_; }
-  // Notes that they are up to date now, all or those given. False when there are none. Throws
-  // SQLite::Exception.
+  // Notes that they are up to date now, all or those given. False when there are none, or no
+  // database. Throws SQLite::Exception.
   bool markUpdated(const std::optional<std::vector<std::string>>& identifiers) const;
 
  private:
   Process& process_;
-  SQLite::Database& database_;
+  DatabaseWrapper& facade_;
 };
 
 class IntegrationsUpdater {
  public:
   using Completion = std::function<void(const PostSyncOutcome&)>;
 
-  explicit IntegrationsUpdater(KestroIntegrationsDatabaseAdapter adapter)
-      : adapter_(std::move(adapter)) {}
+  explicit IntegrationsUpdater(const KestroIntegrationsDatabaseAdapter& adapter)
+      : adapter_(adapter) {}
 
   // All integrations without identifiers. The product's condition `integrations` gives another
   // outcome.

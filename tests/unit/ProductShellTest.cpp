@@ -45,6 +45,8 @@ TEST(HelperHelperTest, tomorrowBeginsAtTheUsersMidnight) {
 }
 
 TEST(DurationFormatterBridgeTest, writesTheLargestUnits) {
+  fakes::FakePlatform fake;
+  Process process{fake.platform};
   struct Row {
     double seconds;
     int components;
@@ -67,7 +69,7 @@ TEST(DurationFormatterBridgeTest, writesTheLargestUnits) {
       {1e300, 2, false, "277777777h 46m"},
   };
   for (const Row& row : rows) {
-    EXPECT_EQ(DurationFormatterBridge::shortString(Seconds(row.seconds), row.components,
+    EXPECT_EQ(DurationFormatterBridge::shortString(process, Seconds(row.seconds), row.components,
                                                    row.alwaysMinutes),
               row.text)
         << row.seconds;
@@ -122,6 +124,17 @@ TEST_F(ProductDatabaseTest, aBackupThatCannotBeMadeIsOneLogLine) {
   database().createAutomaticBackup();
   ASSERT_EQ(fake.log.lines.size(), 1U);
   EXPECT_TRUE(fake.log.lines[0].starts_with("The database could not be backed up: "));
+}
+
+TEST_F(ProductDatabaseTest, integrationsSurviveADamagedDatabase) {
+  fake.productConditions.set("activityWriter", false);
+  const KestroIntegrationsDatabaseAdapter adapter(process, database());
+  EXPECT_FALSE(adapter.markUpdated(std::nullopt));
+  database().replaceDamaged();
+  database().db().exec("INSERT INTO integrations (name) VALUES ('Tickets')");
+  EXPECT_TRUE(adapter.markUpdated(std::nullopt));
+  EXPECT_TRUE(adapter.markUpdated(std::vector<std::string>{"Tickets", "Other"}));
+  EXPECT_FALSE(adapter.markUpdated(std::vector<std::string>{"Other"}));
 }
 
 TEST_F(ProductDatabaseTest, sampleDataIsForEmptyDatabasesThatWantIt) {

@@ -81,7 +81,7 @@ TEST_F(SCEventsTest, lastEventIsThatOfADeliveryWhoseLastEventCounts) {
 TEST_F(SCEventsTest, startsAndStopsOneStream) {
   EXPECT_EQ(&SCEvents::sharedPathWatcher(process_), &watcher_);
   EXPECT_FALSE(watcher_.startWatchingPaths({"/Other"}));
-  EXPECT_EQ(watcher_.watchedPaths(), std::vector<std::string>{"/Apps"});
+  EXPECT_EQ(*watcher_.watchedPaths(), std::vector<std::string>{"/Apps"});
   EXPECT_EQ(watcher_.streamDescription(), "manual");
   EXPECT_TRUE(watcher_.flushEventStreamSync() && watcher_.flushEventStreamAsync());
   EXPECT_EQ(fake_.fileEvents.flushes, 2);
@@ -94,8 +94,13 @@ TEST_F(SCEventsTest, startsAndStopsOneStream) {
             "The event stream is not running. Start it by calling: startWatchingPaths:");
   EXPECT_TRUE(watcher_.startWatchingPaths({"/Other", "/Apps"}));
   watcher_.setExcludedPaths({"/x"});
-  EXPECT_EQ(watcher_.description(),
-            "<SCEvents { watchedPaths = (/Other, /Apps), excludedPaths = (/x) } >");
+  EXPECT_EQ(
+      watcher_.description(),
+      "<SCEvents { watchedPaths = (\n    /Other,\n    /Apps\n), excludedPaths = (\n    /x\n) } >");
+  EXPECT_EQ(SCEvents(process_).description(),
+            "<SCEvents { watchedPaths = (null), excludedPaths = (null) } >");
+  EXPECT_EQ((SCEvent{7, Date(), "/x", 256}).description(),
+            "<SCEvent { eventId = 7, eventPath = /x, eventFlag = 256 } >");
 }
 
 TEST_F(SCEventsTest, aListenerMayStopTheWatcher) {

@@ -51,6 +51,7 @@ class TreeSearch {
       examine(children[position], position, &current);
   }
 
+  bool hasReachedLimit() const { return examined_.size() == mostElementsExamined; }
   // In pre-order. Valid while the search lives.
   const std::vector<const Examined*>& matches() const { return matches_; }
 
@@ -118,6 +119,9 @@ void ElementSearchDump::printMatches(const AccessibilityElement& root,
   TreeSearch search(process, needle_);
   search.examine(root);
   const auto& matches = search.matches();
+  if (search.hasReachedLimit()) {
+    printLine(process, "\n\n{} - Only {} elements were examined.", label, mostElementsExamined);
+  }
   if (matches.empty()) return;
   printLine(process, "\n\n{} - Found {} matches:", label, matches.size());
   MatchPrinter printer(process);

@@ -1,6 +1,7 @@
 #include "platform/linux/LinuxWorkspace.h"
 
 #include <signal.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -53,6 +54,11 @@ std::vector<RunningApplication> LinuxWorkspace::runningApplications(
     if (application.bundleIdentifier == bundleIdentifier) {
       applications.push_back(std::move(application));
     }
+  }
+  // The helper itself has no window.
+  if (applications.empty() && bundleIdentifier == KESTRO_BUNDLE_IDENTIFIER) {
+    applications.push_back({getpid(), std::string(bundleIdentifier), std::nullopt,
+                            kestro::executablePath(getpid()), std::nullopt});
   }
   return applications;
 }

@@ -17,7 +17,8 @@ class LinuxWorkspace final : public Workspace {
   std::optional<RunningApplication> frontmostApplication() override;
   // Absent when there is no such process.
   std::optional<RunningApplication> runningApplication(ProcessIdentifier process) override;
-  // Those with a window on any desktop, in the order of their process identifiers.
+  // Those with a window on any desktop, in the order of their process identifiers; and the helper
+  // itself.
   std::vector<RunningApplication> runningApplications(std::string_view bundleIdentifier) override;
   std::optional<std::string> executablePath(ProcessIdentifier process) override;
   // Applications have no bundles here.

@@ -47,6 +47,15 @@ std::int64_t ownProcessIdentifier(const SceneState& state, const MainBundle& bun
   return unlisted;
 }
 
+RunningApplication helperItself(const SceneState& state, const MainBundle& bundle) {
+  RunningApplication helper;
+  helper.processIdentifier = static_cast<ProcessIdentifier>(ownProcessIdentifier(state, bundle));
+  helper.bundleIdentifier = bundle.identifier;
+  helper.executablePath = bundle.executablePath;
+  helper.bundlePath = bundle.path;
+  return helper;
+}
+
 SceneDesktopResult makeDesktop(std::variant<Scene, SceneError> loaded, DesktopOptions options,
                                std::optional<double> timesRealTime) {
   if (auto* error = std::get_if<SceneError>(&loaded)) return std::move(*error);
@@ -68,7 +77,7 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
       runLoop_(clock_, scriptedEvents(), scene_.start + sinceStart(scene_.end)),
       accessibility_(state_, clock_, transcript_),
       windowServer_(state_, transcript_),
-      workspace_(state_, transcript_),
+      workspace_(state_, helperItself(state_, scene_.bundle), transcript_),
       defaults_(state_, transcript_),
       childProcesses_(state_, scene_.processes, transcript_),
       files_(state_, transcript_),
@@ -79,7 +88,7 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
       userNotifications_(state_, runLoop_, transcript_),
       timeEntryEditors_(transcript_),
       standardOutput_(options.standardOutput, transcript_),
-      log_(transcript_),
+      log_(transcript_, options.standardError),
       platform_{accessibility_,
                 windowServer_,
                 workspace_,

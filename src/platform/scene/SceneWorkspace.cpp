@@ -40,6 +40,7 @@ std::vector<RunningApplication> SceneWorkspace::runningApplications(
       found.push_back(application.description);
     }
   }
+  if (found.empty() && helper_.bundleIdentifier == bundleIdentifier) found.push_back(helper_);
   return found;
 }
 

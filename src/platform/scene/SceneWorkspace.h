@@ -10,8 +10,9 @@ namespace kestro {
 
 class SceneWorkspace final : public Workspace {
  public:
-  SceneWorkspace(SceneState& state, Transcript& transcript)
-      : state_(state), transcript_(transcript) {}
+  // `helper`: the helper itself, which runs whether the scene lists it or not.
+  SceneWorkspace(SceneState& state, RunningApplication helper, Transcript& transcript)
+      : state_(state), helper_(std::move(helper)), transcript_(transcript) {}
 
   std::optional<RunningApplication> frontmostApplication() override;
   std::optional<RunningApplication> runningApplication(ProcessIdentifier process) override;
@@ -25,6 +26,7 @@ class SceneWorkspace final : public Workspace {
 
  private:
   SceneState& state_;
+  RunningApplication helper_;
   Transcript& transcript_;
 };
 

@@ -5,7 +5,10 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include <sqlite3.h>
+
 #include <algorithm>
+#include <fstream>
 #include <stdexcept>
 #include <vector>
 
@@ -18,31 +21,21 @@ constexpr std::size_t mostBackups = 5;
 constexpr const char* namePrefix = "Kestro-";
 constexpr const char* extension = ".sqlite";
 
-// Removes the unfinished copy unless it was moved to its place.
-class UnfinishedCopy {
- public:
-  explicit UnfinishedCopy(fs::path path) : path_(std::move(path)) { remove(); }
-  ~UnfinishedCopy() { remove(); }
-  UnfinishedCopy(const UnfinishedCopy&) = delete;
-  UnfinishedCopy& operator=(const UnfinishedCopy&) = delete;
-  const fs::path& path() const { return path_; }
+constexpr int pagesAtOnce = 256;  // a megabyte: some two milliseconds
+constexpr int mostBusySteps = 500;
 
- private:
-  void remove() const {
-    std::error_code ignored;
-    fs::remove(path_, ignored);
-  }
-  fs::path path_;
-};
+fs::path targetIn(const fs::path& folder, Date now) {
+  const auto time = fmt::gmtime(std::chrono::system_clock::to_time_t(now));
+  return folder / fmt::format("{}{:%Y%m%dT%H%M%SZ}{}", namePrefix, time, extension);
+}
 
-void copyInto(const fs::path& file, SQLite::Database& database) {
-  SQLite::Database copy(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
-  fs::permissions(file, fs::perms::owner_read | fs::perms::owner_write);
-  constexpr int allPages = -1;
-  SQLite::Backup backup(copy, database);
-  if (backup.executeStep(allPages); backup.getRemainingPageCount() != 0) {
-    throw std::runtime_error("the database is busy");
-  }
+fs::path emptyFile(const fs::path& folder, const fs::path& path) {
+  fs::create_directories(folder);
+  fs::permissions(folder, fs::perms::owner_all);
+  fs::remove(path);
+  if (!std::ofstream(path)) throw std::runtime_error("the file cannot be made");
+  fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
+  return path;
 }
 
 void removeOldest(const fs::path& folder) {
@@ -60,16 +53,37 @@ void removeOldest(const fs::path& folder) {
 
 }  // namespace
 
-void backUpDatabase(SQLite::Database& database, const fs::path& folder, Date now) {
-  fs::create_directories(folder);
-  fs::permissions(folder, fs::perms::owner_all);
-  const auto time = fmt::gmtime(std::chrono::system_clock::to_time_t(now));
-  const fs::path target =
-      folder / fmt::format("{}{:%Y%m%dT%H%M%SZ}{}", namePrefix, time, extension);
-  const UnfinishedCopy copy(fs::path(target).replace_extension("unfinished"));
-  copyInto(copy.path(), database);
-  fs::rename(copy.path(), target);
-  removeOldest(folder);
+AutomaticBackup::AutomaticBackup(SQLite::Database& database, fs::path folder, Date now)
+    : folder_(std::move(folder)),
+      target_(targetIn(folder_, now)),
+      unfinished_(emptyFile(folder_, fs::path(target_).replace_extension("unfinished"))),
+      copy_(std::make_unique<SQLite::Database>(unfinished_.string(), SQLite::OPEN_READWRITE)),
+      backup_(std::make_unique<SQLite::Backup>(*copy_, database)) {}
+
+AutomaticBackup::~AutomaticBackup() {
+  backup_.reset();
+  copy_.reset();
+  std::error_code ignored;
+  fs::remove(unfinished_, ignored);
+}
+
+bool AutomaticBackup::copySome() {
+  const int result = backup_->executeStep(pagesAtOnce);
+  if (result == SQLITE_DONE) {
+    finish();
+    return true;
+  }
+  if (result != SQLITE_OK && ++busySteps_ > mostBusySteps) {
+    throw std::runtime_error("the database is busy");
+  }
+  return false;
+}
+
+void AutomaticBackup::finish() {
+  backup_.reset();
+  copy_.reset();
+  fs::rename(unfinished_, target_);
+  removeOldest(folder_);
 }
 
 }  // namespace kestro

@@ -232,11 +232,32 @@ void DatabaseWrapper::createAutomaticBackup() {
   recordOperation(process_, "DatabaseWrapper createAutomaticBackup");
   if (!isOpen()) return;
   try {
-    backUpDatabase(*database_, file_.parent_path() / "Backups", process_.platform().clock.now());
+    backup_.reset();
+    backup_ = std::make_unique<AutomaticBackup>(*database_, file_.parent_path() / "Backups",
+                                                process_.platform().clock.now());
+    continueBackup();
   } catch (const std::exception& failure) {
-    process_.platform().log.write(
-        fmt::format("The database could not be backed up: {}", failure.what()));
+    endBackup(failure);
   }
+}
+
+// A little at a time, so that the run loop goes on meanwhile.
+void DatabaseWrapper::continueBackup() {
+  constexpr Seconds pauseBetweenSteps{0.02};
+  nextBackupStep_ = process_.platform().runLoop.scheduleAfter(pauseBetweenSteps, [this] {
+    try {
+      if (!backup_->copySome()) return continueBackup();
+      backup_.reset();
+    } catch (const std::exception& failure) {
+      endBackup(failure);
+    }
+  });
+}
+
+void DatabaseWrapper::endBackup(const std::exception& failure) {
+  backup_.reset();
+  process_.platform().log.write(
+      fmt::format("The database could not be backed up: {}", failure.what()));
 }
 
 void DatabaseWrapper::generateSampleDataIfNeeded(const SampleDataSources& sampleDataSources) {
@@ -261,6 +282,8 @@ bool DatabaseWrapper::isEmpty() const {
 }
 
 void DatabaseWrapper::replaceDamaged() {
+  nextBackupStep_.reset();
+  backup_.reset();
   if (database_) {
     database_.reset();
     moveAside(process_, file_);

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <vector>
 
+#include "platform/LocalizedStrings.h"
 #include "product/KestroDatabase.h"
 
 namespace kestro {
@@ -31,16 +32,17 @@ std::string DurationFormatter::format(Seconds duration, Style) {
   return fmt::format("{} h {} min", seconds / secondsInHour, minutes);
 }
 
-std::string DurationFormatterBridge::shortString(Seconds duration, int maxComponents,
-                                                 bool alwaysShowMinutes) {
+std::string DurationFormatterBridge::shortString(Process& process, Seconds duration,
+                                                 int maxComponents, bool alwaysShowMinutes) {
   const std::int64_t whole = wholeSeconds(duration);
   const std::int64_t minutes = whole % secondsInHour / secondsInMinute;
   std::vector<std::string> components;
-  if (whole >= secondsInHour) components.push_back(fmt::format("{}h", whole / secondsInHour));
-  if (minutes > 0 || alwaysShowMinutes) components.push_back(fmt::format("{}m", minutes));
-  if (whole < secondsInMinute && !alwaysShowMinutes) {
-    components.push_back(fmt::format("{}s", whole));
-  }
+  const auto add = [&](std::string_view unit, std::int64_t number) {
+    components.push_back(localizedFormat(process, unit, std::to_string(number)));
+  };
+  if (whole >= secondsInHour) add(localizable("%@h"), whole / secondsInHour);
+  if (minutes > 0 || alwaysShowMinutes) add(localizable("%@m"), minutes);
+  if (whole < secondsInMinute && !alwaysShowMinutes) add(localizable("%@s"), whole);
   components.resize(
       std::min(components.size(), static_cast<std::size_t>(std::max(1, maxComponents))));
   return fmt::format("{}", fmt::join(components, " "));

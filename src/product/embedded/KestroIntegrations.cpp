@@ -3,6 +3,7 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include "platform/Process.h"
+#include "product/DatabaseWrapper.h"
 #include "product/embedded/ProductOperations.h"
 
 namespace kestro {
@@ -30,15 +31,17 @@ double secondsOf(Date date) {
 
 bool KestroIntegrationsDatabaseAdapter::markUpdated(
     const std::optional<std::vector<std::string>>& identifiers) const {
+  if (!facade_.isOpen()) return false;
+  SQLite::Database& database = facade_.db();
   const double now = secondsOf(process_.platform().clock.now());
   if (!identifiers) {
-    SQLite::Statement all(database_, "UPDATE integrations SET updated_at = ?");
+    SQLite::Statement all(database, "UPDATE integrations SET updated_at = ?");
     all.bind(1, now);
     return all.exec() > 0;
   }
   int updated = 0;
   for (const std::string& identifier : *identifiers) {
-    SQLite::Statement one(database_, "UPDATE integrations SET updated_at = ? WHERE name = ?");
+    SQLite::Statement one(database, "UPDATE integrations SET updated_at = ? WHERE name = ?");
     one.bind(1, now);
     one.bind(2, identifier);
     updated += one.exec();

@@ -71,7 +71,7 @@ void write(Process& process, DatabaseWrapper::Mutation mutation) {
 void deliverStopNotification(Process& process, const TaskActivity& entry) {
   constexpr int mostComponents = 2;
   const std::string duration =
-      DurationFormatterBridge::shortString(entry.end - entry.start, mostComponents, false);
+      DurationFormatterBridge::shortString(process, entry.end - entry.start, mostComponents, false);
   UserNotification notification;
   notification.title = localizedString(process, "Timer Stopped");
   notification.body = entry.title ? *entry.title + " · " + duration : duration;

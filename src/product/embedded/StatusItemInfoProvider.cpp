@@ -18,8 +18,8 @@ namespace {
 
 constexpr int mostDurationComponents = 2;
 
-std::string durationText(Seconds duration) {
-  return DurationFormatterBridge::shortString(duration, mostDurationComponents, false);
+std::string durationText(Process& process, Seconds duration) {
+  return DurationFormatterBridge::shortString(process, duration, mostDurationComponents, false);
 }
 
 // The timer's duration is shown in minutes.
@@ -38,12 +38,12 @@ std::string trackedTimeText(Process& process) {
   DatabaseWrapper* database = DatabaseWrapper::openSharedInstance(process);
   const auto tracked =
       database && database->isOpen() ? trackedTimeToday(process, database->db()) : std::nullopt;
-  return tracked ? durationText(*tracked) : "–";
+  return tracked ? durationText(process, *tracked) : "–";
 }
 
 std::string timerText(Process& process, const std::optional<RunningTimer>& timer) {
   if (!timer) return localizedString(process, "No Timer Running");
-  const std::string duration = durationText(process.platform().clock.now() - timer->start);
+  const std::string duration = durationText(process, process.platform().clock.now() - timer->start);
   return timer->title ? *timer->title + " · " + duration : duration;
 }
 
@@ -80,7 +80,8 @@ void StatusItemInfoProvider::updateStatusItem(StatusItem& statusItem,
   const auto timer = runningTimer(process_);
   StatusItemProperties properties = statusItem.properties();
   properties.isHighlighted = isHighlighted_;
-  properties.title = timer ? durationText(process_.platform().clock.now() - timer->start) : "";
+  properties.title =
+      timer ? durationText(process_, process_.platform().clock.now() - timer->start) : "";
   const bool isTracking = process_.shared<InfoLogger>().shouldTrack();
   properties.image = !isTracking ? "kestro.paused" : timer ? "kestro.timer" : "kestro.tracking";
   statusItem.setProperties(std::move(properties));
