@@ -69,5 +69,23 @@ TEST(RunningCallDetector, describesParallelCalls) {
   EXPECT_EQ(three, "Zoom call (2 min), harbour-crew (1 min), Discord call (10 s)");
 }
 
+// The tracking loop asks beforehand; the detector does not rely on it.
+TEST(RunningCallDetector, detectsNothingWhileTrackingIsPausedUnlessWanted) {
+  const std::pair<const char*, bool> cases[]{
+      {"{}", false},
+      {R"({"RunningCallDetector_detectCallsWhenTrackingPaused": true})", true},
+  };
+  for (const auto& [preferences, isDetected] : cases) {
+    SceneProcess scene(fmt::format(
+        R"({{"applications": [{{"pid": 13, "bundleIdentifier": "us.zoom.xos", "name": "Zoom"}}],
+          "assertions": {{"70": [{}]}}, "helperPreferences": {}}})",
+        separately(13), preferences));
+    auto& detector = RunningCallDetector::sharedInstance(scene.process());
+    Activity activity(RunningApplication{}, ActivityDetails{});
+    detector.updateCallStatusForActivity(activity);
+    EXPECT_EQ(detector.hasRunningCall(), isDetected) << preferences;
+  }
+}
+
 }  // namespace
 }  // namespace kestro
