@@ -205,5 +205,56 @@ alternativeLocalizedName: (nil)
   EXPECT_EQ(nothing, "");
 }
 
+TEST(PowerManagementAssertions, dumpsAHelperProcessAndItsApplication) {
+  SceneProcess scene(
+      R"json({"assertions": {"5": [
+        {"AssertLevel": 255, "AssertType": "NoIdleSleepAssertion", "AssertionTrueType": "PreventUserIdleDisplaySleep", "ResourcesUsed": ["audio-in"], "Process Name": "talkd"},
+        {"AssertLevel": 255, "AssertType": "PreventUserIdleSystemSleep", "ResourcesUsed": ["audio-out"]}]},
+    "installed": [{"bundleIdentifier": "com.example.talk", "name": "\u200eTalk", "path": "/Apps/Talk.app"}],
+    "applications": [{"pid": 5, "executable": "/Apps/Talk.app/Contents/MacOS/helper"}]})json");
+  std::string dump;
+  PowerManagementAssertions::current(
+      scene.process(), [&](std::string_view line) { dump.append(line).append("\n"); });
+  EXPECT_EQ(dump.substr(dump.find("\nPowerManagementAssertions\n")),
+            R"(
+PowerManagementAssertions
+	assertions:
+		Assertion(pid: 5, processName: talkd, type: NoIdleSleepAssertion, resourcesUsed: ["audio-in"])
+		Assertion(pid: 5, type: PreventUserIdleSystemSleep, resourcesUsed: ["audio-out"])
+	pidsOfAppsWithAudioOutAssertion: [5]
+	pidsOfAppsWithAudioInAssertion: [5]
+	pidsOfAppsWithBothAssertions: []
+	appsWithMeetingRelatedPMAssertions:
+		PIDAndRunningApplication(pid: 5, applicationName: Talk, bundleIdentifier: com.example.talk, application: <NSRunningApplication: ((null) - 5)>, audioInAndOutSeparate: true)
+
+Info for *all* processes found in the assertions dictionary:
+
+PID: 5
+bundleIdentifier: (nil)
+localizedName: (nil)
+executableURL: /Apps/Talk.app/Contents/MacOS/helper
+alternativeBundleIdentifier: com.example.talk
+alternativeLocalizedName: Talk
+
+)");
+}
+
+TEST(PowerManagementAssertions, dumpsUnaskedWhereTheStandardDomainSaysSo) {
+  const std::pair<const char*, bool> cases[]{
+      {R"({"defaults": {"PowerManagementAssertions_dumpRecordedAssertions": true}})", true},
+      {R"({"helperPreferences": {"PowerManagementAssertions_dumpRecordedAssertions": true}})",
+       false},
+      {"{}", false},
+  };
+  for (const auto& [text, isDumped] : cases) {
+    SceneProcess scene(text);
+    PowerManagementAssertions::current(scene.process());
+    const auto lines = scene.eventsOfKind("print");
+    EXPECT_EQ(!lines.empty(), isDumped) << text;
+    PowerManagementAssertions::current(scene.process(), [](std::string_view) {});
+    EXPECT_EQ(scene.eventsOfKind("print").size(), lines.size()) << text;  // a sink gets it instead
+  }
+}
+
 }  // namespace
 }  // namespace kestro
