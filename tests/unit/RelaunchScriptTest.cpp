@@ -90,7 +90,7 @@ struct Helper {
   bool ignoresTermination;
   std::string sleeps;  // seconds
   int endingSignal;    // 0: it ends by itself
-  Seconds opened;      // after the start of the script, at the earliest
+  Seconds opened;      // after the start of the script
 };
 
 // For the test's name in lists.
@@ -129,6 +129,7 @@ std::filesystem::path makeOpener(const std::filesystem::path& directory) {
 }
 
 void expectTimeline(const Helper& helper) {
+  constexpr Seconds delay{3};
   const fakes::TemporaryDirectory directory;
   const auto opener = makeOpener(directory.path());
   const Date start = std::chrono::system_clock::now();
@@ -136,7 +137,7 @@ void expectTimeline(const Helper& helper) {
   if (process == 0) beHelper(helper);
   ASSERT_GT(process, 0);
   auto ending = std::async(std::launch::async, endOf, process);
-  outputOf("/bin/bash", relaunchScript({process, Seconds(1), opener.string(), hostilePath}));
+  outputOf("/bin/bash", relaunchScript({process, delay, opener.string(), hostilePath}));
   const End end = ending.get();
   EXPECT_EQ(WIFSIGNALED(end.status) ? WTERMSIG(end.status) : 0, helper.endingSignal);
 
@@ -146,7 +147,10 @@ void expectTimeline(const Helper& helper) {
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), hostilePath + '\0');
   const Date opened{std::chrono::nanoseconds(std::strtoll(time.c_str(), nullptr, 10))};
   EXPECT_GE(opened, end.date);
+  // Less than another turn of the loop, or another wait, would take.
+  constexpr Seconds patience{1.5};
   EXPECT_GE(opened, start + std::chrono::round<Date::duration>(helper.opened));
+  EXPECT_LE(opened, start + std::chrono::round<Date::duration>(helper.opened + patience));
 }
 
 class RelaunchScriptTimeline : public testing::TestWithParam<Helper> {};
@@ -156,9 +160,9 @@ TEST_P(RelaunchScriptTimeline, EndsTheHelperAndOpensItOnce) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Helpers, RelaunchScriptTimeline,
-                         testing::Values(Helper{"EndedByItself", true, "0.3", 0, Seconds(2)},
-                                         Helper{"Obeys", false, "30", SIGTERM, Seconds(2)},
-                                         Helper{"Ignores", true, "30", SIGKILL, Seconds(3)}),
+                         testing::Values(Helper{"EndedByItself", true, "0.3", 0, Seconds(4)},
+                                         Helper{"Obeys", false, "30", SIGTERM, Seconds(4)},
+                                         Helper{"Ignores", true, "30", SIGKILL, Seconds(9)}),
                          [](const auto& tested) { return tested.param.name; });
 
 }  // namespace
