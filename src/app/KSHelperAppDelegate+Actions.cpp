@@ -47,6 +47,7 @@ void KSHelperAppDelegate::perform(const std::string& action, std::int64_t tag) {
   if (found != actions().end()) (this->*found->perform)();
 }
 
+// A pending resume is dropped: a new pause replaces the old one.
 void KSHelperAppDelegate::setShouldTrack(bool shouldTrack) {
   if (isTerminating_) return;
   resumeTrackingTimer_.reset();
@@ -66,7 +67,7 @@ void KSHelperAppDelegate::pauseTrackingForTime(Seconds duration) {
 }
 
 void KSHelperAppDelegate::startResumeTimer(Seconds duration) {
-  constexpr Seconds longestPause{1e8};  // some three years; no date lies beyond
+  constexpr Seconds longestPause{1e8};  // so that the sum stays a date
   const Date fireDate = process_.platform().clock.now() +
                         std::chrono::round<Date::duration>(std::min(duration, longestPause));
   resumeTrackingTimer_ = ResumeTimer{

@@ -53,6 +53,7 @@ void KSHelperAppDelegate::terminate() {
   if (std::exchange(isTerminating_, true)) return;
   resumeTrackingTimer_.reset();
   updateCheck_.reset();
+  oneShotTimers_.clear();
   if (applicationShouldTerminate() == TerminateReply::now) replyToApplicationShouldTerminate();
 }
 

@@ -198,7 +198,7 @@ void KSHelperAppDelegate::schedulePeriodicRelaunch() {
 }
 
 void KSHelperAppDelegate::scheduleOnce(Seconds delay, RunLoop::Task task) {
-  launchTimers_.push_back(process_.platform().runLoop.scheduleAfter(delay, std::move(task)));
+  oneShotTimers_.push_back(process_.platform().runLoop.scheduleAfter(delay, std::move(task)));
 }
 
 }  // namespace kestro

@@ -55,11 +55,9 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
   const Menu& validatedMenu() override;
   void perform(const std::string& action, std::int64_t tag) override;
 
-  // Drops a pending resume. Nothing changes any more once the helper is about to end; so it is for
-  // the next two.
-  void setShouldTrack(bool shouldTrack);
+  // Ignored once the helper is ending.
   void resumeTracking();
-  // Without end unless the time is positive.
+  // Without end unless the time is positive. Ignored once the helper is ending.
   void pauseTrackingForTime(Seconds duration);
 
   void pathWatcherEventOccurred(SCEvents& watcher, const SCEvent& event) override;
@@ -120,6 +118,7 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
   };
   static const std::vector<Action>& actions();
   void toggleTracking();
+  void setShouldTrack(bool shouldTrack);
   void startResumeTimer(Seconds duration);
   void recordTracking() const;
   std::optional<OngoingTaskActivityManager> taskActivityManager() const;
@@ -160,9 +159,9 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
   std::optional<ResumeTimer> resumeTrackingTimer_;  // of a timed pause
   std::optional<Date> lastEffectiveAppearanceChangeDispatched_;
   std::unique_ptr<MASShortcutBinder> editTaskShortcutBinder_;
-  std::optional<std::string> currentAppBuild_;        // as read at start
-  std::unique_ptr<Timer> updateCheck_;                // after the latest file event
-  std::vector<std::unique_ptr<Timer>> launchTimers_;  // each fires once
+  std::optional<std::string> currentAppBuild_;         // as read at start
+  std::unique_ptr<Timer> updateCheck_;                 // after the latest file event
+  std::vector<std::unique_ptr<Timer>> oneShotTimers_;  // of the start and of relaunches
   std::vector<NotificationCenter::Observation> observations_;
   bool isTerminating_ = false;
   bool isTerminated_ = false;

@@ -77,7 +77,8 @@ class Helper {
   bool openTranscript() {
     if (!settings_.transcript || settings_.transcript == "-") return true;
     const bool isNew = !std::filesystem::exists(*settings_.transcript);
-    transcriptFile_.open(*settings_.transcript);
+    // A helper that has relaunched itself goes on where the one before it ended.
+    transcriptFile_.open(*settings_.transcript, settings_.scene ? std::ios::trunc : std::ios::app);
     if (!transcriptFile_.is_open()) return false;
     using std::filesystem::perms;
     if (isNew) {

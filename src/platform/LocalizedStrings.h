@@ -12,11 +12,6 @@ namespace kestro {
 
 class Process;
 
-// Marks a key that is looked up elsewhere, so that the check of the tables sees it.
-constexpr const char* localizable(const char* key) {
-  return key;
-}
-
 // The text for an English key; the key itself when the table has none.
 std::string localizedString(Process& process, std::string_view key);
 // The same with the arguments in the places of the text's "%@" and "%f", in their order. A place

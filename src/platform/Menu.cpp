@@ -3,11 +3,10 @@
 namespace kestro {
 namespace {
 
-MenuItem* firstWith(std::string MenuItem::*field, std::string_view text,
-                    std::vector<MenuItem>& items) {
+MenuItem* firstWith(std::string_view identifier, std::vector<MenuItem>& items) {
   for (MenuItem& item : items) {
-    if (item.*field == text) return &item;
-    if (MenuItem* found = firstWith(field, text, item.submenu)) return found;
+    if (item.identifier == identifier) return &item;
+    if (MenuItem* found = firstWith(identifier, item.submenu)) return found;
   }
   return nullptr;
 }
@@ -15,11 +14,7 @@ MenuItem* firstWith(std::string MenuItem::*field, std::string_view text,
 }  // namespace
 
 MenuItem* Menu::itemWithIdentifier(std::string_view identifier) {
-  return firstWith(&MenuItem::identifier, identifier, items);
-}
-
-MenuItem* Menu::itemWithAction(std::string_view action) {
-  return firstWith(&MenuItem::action, action, items);
+  return firstWith(identifier, items);
 }
 
 }  // namespace kestro

@@ -10,7 +10,7 @@
 namespace kestro {
 
 enum class ModifierKey { command, option, control, shift };
-using ModifierKeys = std::vector<ModifierKey>;
+using ModifierKeys = std::vector<ModifierKey>;  // in this order, each once
 
 // A key with modifiers that are held with it, as menus show it. No key: no shortcut.
 struct KeyEquivalent {
@@ -37,10 +37,9 @@ struct MenuItem {
 struct Menu {
   std::vector<MenuItem> items;
 
-  // The first row, submenus included, that has the identifier or the action; null: none. Valid
-  // until rows are added or removed.
+  // The first row, submenus included, that has the identifier; null: none. Valid until rows are
+  // added or removed.
   MenuItem* itemWithIdentifier(std::string_view identifier);
-  MenuItem* itemWithAction(std::string_view action);
 };
 
 }  // namespace kestro

@@ -18,7 +18,7 @@ constexpr std::string_view activeSpaceDidChange = "NSWorkspaceActiveSpaceDidChan
 constexpr std::string_view interfaceThemeChanged = "AppleInterfaceThemeChangedNotification";
 }  // namespace sessionNotification
 
-// Names that a scripted desktop posts to make the product's libraries act.
+// Names of the product's libraries that a scripted desktop may post in their place.
 namespace productNotification {
 // The shutdown's flush and sync are done.
 constexpr std::string_view flushAndSyncFinished = "ActivityWriter.flushAndSyncFinished";

@@ -51,4 +51,11 @@ std::chrono::seconds TimeZone::offset(Date date) const {
       std::chrono::milliseconds(rawOffset + daylightOffset));
 }
 
+Date TimeZone::midnight(Date date, int daysLater) const {
+  const auto local =
+      std::chrono::floor<std::chrono::days>(date + offset(date)) + std::chrono::days(daysLater);
+  // The offset of that midnight may differ from the date's: clocks change in between.
+  return local - offset(local - offset(date));
+}
+
 }  // namespace kestro

@@ -20,6 +20,8 @@ class TimeZone {
 
   // What has to be added to UTC for the zone's own time at that moment.
   std::chrono::seconds offset(Date date) const;
+  // The midnight at which the zone's day of that moment begins, or one of so many days later.
+  Date midnight(Date date, int daysLater) const;
 
  private:
   struct Rules;

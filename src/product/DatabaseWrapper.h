@@ -56,10 +56,14 @@ class DatabaseWrapper {
   using Mutation = std::function<void(SQLite::Database& mutator)>;
   bool mutateOrPresentError(const Mutation& mutation);
   // The same with the run loop's next task. While the database is busy or full the write waits and
-  // is tried again every ten seconds; in the order of the calls, and for the last time at the end.
+  // is tried again every ten seconds; in the order of the calls, and for the last time at the end
+  // (`close`).
   void mutateAsynchronouslyOrPresentError(Mutation mutation);
   // Tries what waits now.
   void finishMutations();
+  // As finishMutations, for the last time and without an alert. What cannot be saved is lost, and
+  // logged. Also for the time before the end: no alert comes up from then on.
+  void close();
 
   // Null when the product has none.
   ActivityWriter* activityWriter() { return activityWriter_.get(); }
@@ -88,6 +92,7 @@ class DatabaseWrapper {
   std::deque<Mutation> waitingMutations_;
   std::unique_ptr<Timer> nextTry_;
   bool hasPresentedError_ = false;
+  bool isClosing_ = false;
 };
 
 }  // namespace kestro

@@ -12,6 +12,7 @@ namespace kestro {
 class InfoLoggerAccessibilityStatsProvider;
 class Process;
 
+// Operations without a comment do nothing in the embedded product.
 class HelperHelper {
  public:
   static HelperHelper& sharedInstance(Process& process);
@@ -30,7 +31,7 @@ class HelperHelper {
   // What has to be safe before another process takes over.
   static void prepareForRelaunch(Process& process);
 
-  // A log line when another helper runs in this session.
+  // A log line when another helper runs in this session, where the platform lists such processes.
   void searchForOtherRunningHelpersAndMaybeDisplayAWarning();
   void logLaunchStatistics();
   void initializeHelper();
@@ -50,7 +51,7 @@ class PrewarmCoordinator {
   static void warmUp(Process& process);
 };
 
-// Looks for updates of the product; updates themselves come through the system's packages.
+// The embedded product is updated by the system's packages, and looks for nothing.
 class UpdateHandler {
  public:
   static UpdateHandler& sharedInstance(Process& process);

@@ -97,7 +97,7 @@ class InfoLogger {
   bool shouldTrack() const;
   void setShouldTrack(bool shouldTrack);
 
-  // The user has opened the status item's menu.
+  // The user has opened the status item's menu; nothing to the embedded product.
   void statusItemClicked();
 
   // Writes what is held back and, unless a relaunch is to follow, ends sampling. True when the

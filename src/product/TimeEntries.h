@@ -107,7 +107,8 @@ class OngoingTaskActivityManager {
   // Absent when no timer runs.
   std::optional<RunningTimer> runningTimer() const;
 
-  // Opens the editor; what the user saves runs from then on, instead of the timer that ran.
+  // Opens the editor; what the user saves runs from then on, instead of the timer that ran. An end
+  // is nothing a timer has: what the editor says of it is ignored, here and for the running timer.
   void showEditorToStartTaskActivity() const;
   void startTaskActivity(const RunningTimer& timer) const;
   // The timer becomes a time entry. Nothing when none runs.

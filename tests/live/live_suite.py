@@ -36,6 +36,20 @@ class EditorTest(MousepadTest):
         self.assertNotIn("documentPath", sample)
         self.assertLessEqual(sample["requests"], 20)
 
+    def test_window_dump(self):
+        self.start_mousepad("dump.txt")
+        dump = subprocess.run(
+            [os.environ["KESTRO_HELPER"], "--dumpApplicationWindows", "org.xfce.mousepad"],
+            capture_output=True, text=True, timeout=60)
+        self.assertEqual(dump.returncode, 0)
+        self.assertTrue(dump.stdout.startswith("\n\nMain Window:\nrole='AXWindow'"),
+                        dump.stdout[:200])
+        self.assertIn("dump.txt", dump.stdout)
+        self.assertIn("=== Info Extractor Result ===", dump.stdout)
+        self.assertIn("Dump finished; exiting.", dump.stderr)
+        self.assertIn("Not available on this desktop yet: status item", dump.stderr)
+        self.assertNotIn("exiting", dump.stdout)
+
     def test_two_monitors(self):
         self.start_mousepad("monitors.txt")
         run("xrandr", "--setmonitor", "LEFT", "800/210x1000/260+0+0", "screen")

@@ -102,7 +102,7 @@ TEST_F(ProductDatabaseTest, keepsTheNewestFiveBackupsAndNothingUnfinished) {
   fake.runLoop.advance(Seconds(1));
   const auto folder = fake.directory.path() / "Backups";
   std::filesystem::create_directory(folder);
-  std::ofstream(folder / "Kestro-20260302T090001Z.unfinished") << "left by a crash";
+  std::ofstream(folder / "Kestro-20260227T090001Z.unfinished") << "left by a crash";
   std::ofstream(folder / "notes.sqlite") << "the user's own";
   for (int day = 0; day < 7; ++day) {
     database().createAutomaticBackup();

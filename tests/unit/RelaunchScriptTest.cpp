@@ -147,7 +147,7 @@ void expectTimeline(const Helper& helper) {
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), hostilePath + '\0');
   const Date opened{std::chrono::nanoseconds(std::strtoll(time.c_str(), nullptr, 10))};
   EXPECT_GE(opened, end.date);
-  // Less than another turn of the loop, or another wait, would take.
+  // Less than all turns of the loop, or another wait, would take.
   constexpr Seconds patience{1.5};
   EXPECT_GE(opened, start + std::chrono::round<Date::duration>(helper.opened));
   EXPECT_LE(opened, start + std::chrono::round<Date::duration>(helper.opened + patience));

@@ -30,11 +30,6 @@
 namespace kestro {
 namespace {
 
-std::int64_t randomNumber() {
-  static std::random_device device;
-  return std::uniform_int_distribution<std::int64_t>(0, 2147483647)(device);
-}
-
 class LinuxDesktop final : public Desktop {
  public:
   explicit LinuxDesktop(DesktopOptions options);
@@ -45,6 +40,7 @@ class LinuxDesktop final : public Desktop {
 
  private:
   static MainBundle mainBundle();
+  std::int64_t randomNumber();
   static RelaunchCommands relaunchCommands();
   std::filesystem::path makeDataDirectory(const DesktopOptions& options);
 
@@ -74,6 +70,7 @@ class LinuxDesktop final : public Desktop {
   LinuxTimeEntryEditors timeEntryEditors_;
   TimedTranscript transcript_;
   PrintedLines standardOutput_;
+  std::random_device random_;
   PropertyListDictionary productConditions_;
   Platform platform_;
 };
@@ -119,12 +116,16 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
                 operatingSystemVersion(),
                 0,
                 TimeZone::local(),
-                randomNumber,
+                [this] { return randomNumber(); },
                 options.arguments,
                 languages_,
                 makeDataDirectory(options),
                 productConditions_} {
   log_.write(missingPartsMessage);
+}
+
+std::int64_t LinuxDesktop::randomNumber() {
+  return std::uniform_int_distribution<std::int64_t>(0, 2147483647)(random_);
 }
 
 MainBundle LinuxDesktop::mainBundle() {

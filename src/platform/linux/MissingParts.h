@@ -1,5 +1,5 @@
-// Parts of the platform that the live desktop does not have yet. The helper runs without them; one
-// log line names them.
+// Parts of the platform that the live desktop does not have yet and that have no file of their own.
+// The helper runs without them; one log line names all that is missing.
 #pragma once
 
 #include <string_view>

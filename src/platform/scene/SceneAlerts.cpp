@@ -22,7 +22,7 @@ SceneAlerts::SceneAlerts(const std::vector<SceneStep>& steps, Date start, const 
     : clock_(clock), transcript_(transcript) {
   for (const SceneStep& step : steps) {
     if (const auto* answer = std::get_if<AnswerAlertStep>(&step.event)) {
-      answers_.push_back({start + std::chrono::round<Date::duration>(step.at), *answer});
+      answers_.push_back({start + std::chrono::round<std::chrono::microseconds>(step.at), *answer});
     }
   }
 }

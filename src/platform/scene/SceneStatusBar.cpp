@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/KeyNames.h"
+#include "platform/ModifierNames.h"
 
 namespace kestro {
 namespace {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "platform/KeyNames.h"
+#include "platform/ModifierNames.h"
 #include "platform/NotificationCenter.h"
 #include "platform/scene/PropertyListLoader.h"
 #include "platform/scene/StepLoader.h"

@@ -1,7 +1,7 @@
 // The steps of a scene. Private to this folder.
 #pragma once
 
-#include <set>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,10 +53,10 @@ class StepLoader {
   SceneEvent loadWriteFile(const JsonNode& node);
   SceneEvent loadRemoveFile(const JsonNode& node);
   SceneEvent loadAssertionLists(const JsonNode& node);
+  // StepLoader+Helper.cpp: what people and programs ask of the helper.
   SceneEvent loadFileEvents(const JsonNode& node);
   SceneEvent loadNotificationResponse(const JsonNode& node);
   SceneEvent loadEditor(const JsonNode& node);
-  // StepLoader+Helper.cpp: what people and programs ask of the helper.
   SceneEvent loadOpenMenu(const JsonNode& node);
   SceneEvent loadCloseMenu(const JsonNode& node);
   SceneEvent loadClick(const JsonNode& node);

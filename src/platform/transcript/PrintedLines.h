@@ -16,7 +16,7 @@ class PrintedLines final : public StandardOutput {
       : stream_(stream), transcript_(transcript) {}
 
   // One event of the transcript for each line of the text. The stream is flushed, so that a dump
-  // that somebody interrupts shows how far it came.
+  // that is killed shows how far it came.
   void printLine(std::string_view text) override;
 
  private:

@@ -20,6 +20,7 @@ namespace fs = std::filesystem;
 constexpr std::size_t mostBackups = 5;
 constexpr const char* namePrefix = "Kestro-";
 constexpr const char* extension = ".sqlite";
+constexpr const char* unfinishedExtension = ".unfinished";
 
 constexpr int pagesAtOnce = 256;  // a megabyte: some two milliseconds
 constexpr int mostBusySteps = 500;
@@ -29,10 +30,18 @@ fs::path targetIn(const fs::path& folder, Date now) {
   return folder / fmt::format("{}{:%Y%m%dT%H%M%SZ}{}", namePrefix, time, extension);
 }
 
+// What killed helpers have left.
+void removeUnfinished(const fs::path& folder) {
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder)) {
+    std::error_code ignored;
+    if (entry.path().extension() == unfinishedExtension) fs::remove(entry.path(), ignored);
+  }
+}
+
 fs::path emptyFile(const fs::path& folder, const fs::path& path) {
   fs::create_directories(folder);
   fs::permissions(folder, fs::perms::owner_all);
-  fs::remove(path);
+  removeUnfinished(folder);
   if (!std::ofstream(path)) throw std::runtime_error("the file cannot be made");
   fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
   return path;
@@ -46,9 +55,10 @@ void removeOldest(const fs::path& folder) {
       backups.push_back(path);
     }
   }
+  std::error_code ignored;
   std::ranges::sort(backups, std::greater());  // their names hold the time: the newest first
   for (std::size_t index = mostBackups; index < backups.size(); ++index)
-    fs::remove(backups[index]);
+    fs::remove(backups[index], ignored);
 }
 
 }  // namespace
@@ -56,7 +66,7 @@ void removeOldest(const fs::path& folder) {
 AutomaticBackup::AutomaticBackup(SQLite::Database& database, fs::path folder, Date now)
     : folder_(std::move(folder)),
       target_(targetIn(folder_, now)),
-      unfinished_(emptyFile(folder_, fs::path(target_).replace_extension("unfinished"))),
+      unfinished_(emptyFile(folder_, fs::path(target_).replace_extension(unfinishedExtension))),
       copy_(std::make_unique<SQLite::Database>(unfinished_.string(), SQLite::OPEN_READWRITE)),
       backup_(std::make_unique<SQLite::Backup>(*copy_, database)) {}
 

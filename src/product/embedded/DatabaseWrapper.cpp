@@ -113,7 +113,7 @@ class SharedDatabase {
   DatabaseWrapper* openInstance() const { return instance_.get(); }
   void clear() {
     recordOperation(process_, "DatabaseWrapper setSharedInstance", {false});
-    if (instance_) instance_->finishMutations();
+    if (instance_) instance_->close();
     isWanted_ = false;
     instance_.reset();
   }
@@ -205,6 +205,7 @@ void DatabaseWrapper::presentError(const SQLite::Exception& failure) {
   if (std::exchange(hasPresentedError_, true)) return;
   process_.platform().log.write(
       fmt::format("A time entry cannot be saved now: {}", failure.getErrorStr()));
+  if (isClosing_) return;
   process_.platform().alerts.runModal(
       {localizedString(process_, "Your time entry could not be saved yet."),
        localizedFormat(process_, "Kestro tries again until it works. The database says: %@",
@@ -215,6 +216,15 @@ void DatabaseWrapper::presentError(const SQLite::Exception& failure) {
 void DatabaseWrapper::mutateAsynchronouslyOrPresentError(Mutation mutation) {
   waitingMutations_.push_back(std::move(mutation));
   nextTry_ = process_.platform().runLoop.scheduleAfter(Seconds(0), [this] { finishMutations(); });
+}
+
+// Nobody is asked anything any more: an alert would hold up the end.
+void DatabaseWrapper::close() {
+  isClosing_ = true;
+  finishMutations();
+  if (waitingMutations_.empty()) return;
+  process_.platform().log.write(fmt::format("{} changes of time entries could not be saved.",
+                                            std::exchange(waitingMutations_, {}).size()));
 }
 
 void DatabaseWrapper::finishMutations() {
@@ -232,6 +242,7 @@ void DatabaseWrapper::createAutomaticBackup() {
   recordOperation(process_, "DatabaseWrapper createAutomaticBackup");
   if (!isOpen()) return;
   try {
+    nextBackupStep_.reset();
     backup_.reset();
     backup_ = std::make_unique<AutomaticBackup>(*database_, file_.parent_path() / "Backups",
                                                 process_.platform().clock.now());
@@ -255,6 +266,7 @@ void DatabaseWrapper::continueBackup() {
 }
 
 void DatabaseWrapper::endBackup(const std::exception& failure) {
+  nextBackupStep_.reset();
   backup_.reset();
   process_.platform().log.write(
       fmt::format("The database could not be backed up: {}", failure.what()));

@@ -79,12 +79,7 @@ void HelperHelper::checkForAccessibilitySuccess(
 
 Seconds HelperHelper::secondsUntilTomorrow() const {
   const Date now = process_.platform().clock.now();
-  const TimeZone& zone = process_.platform().timeZone;
-  const auto midnight =
-      std::chrono::floor<std::chrono::days>(now + zone.offset(now)) + std::chrono::days(1);
-  // The offset of that midnight may differ from now's: the clock changes in between.
-  const Date estimate = midnight - zone.offset(now);
-  return midnight - zone.offset(estimate) - now;
+  return process_.platform().timeZone.midnight(now, 1) - now;
 }
 
 // The first text loads the table of the user's language.

@@ -238,7 +238,7 @@ bool InfoLogger::prepareForShutdown(bool isRelaunch) {
   }
   if (ActivityWriter* writer = activityWriter(state_->process)) writer->flush();
   if (auto* database = DatabaseWrapper::sharedInstance(state_->process)) {
-    database->finishMutations();
+    isRelaunch ? database->finishMutations() : database->close();
   }
   return state_->startAnnouncedFlush();
 }

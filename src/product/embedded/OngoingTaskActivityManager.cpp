@@ -92,6 +92,15 @@ void presentEditor(Process& process, const std::string& header, const RunningTim
       });
 }
 
+// By one in the database, unless it does not run any more.
+void replaceConditionalTimer(Process& process, const PropertyList& condition,
+                             const RunningTimer& timer) {
+  const PropertyList* running = conditionalTimer(process);
+  if (!running || *running != condition) return;
+  process.shared<ConditionalTimer>().stopped = condition;
+  write(process, [timer](SQLite::Database& mutator) { TimeEntryTable(mutator).startTimer(timer); });
+}
+
 }  // namespace
 
 bool OngoingTaskActivityManager::hasRunningActivity() const {
@@ -162,15 +171,19 @@ void OngoingTaskActivityManager::editRunningOrLatestTask() const {
   if (latest) editTaskActivity(*latest, true);
 }
 
+// A timer that was stopped or exchanged while the editor was open stays as it is.
 void OngoingTaskActivityManager::editRunningTimer(const RunningTimer& timer) const {
+  const PropertyList* condition = conditionalTimer(process_);
   presentEditor(process_, localizedString(process_, "Edit Running Timer"), timer,
-                [&process = process_](const TimeEntryEditorContents& saved) {
+                [&process = process_, edits = timer.start,
+                 given = condition ? std::optional(*condition)
+                                   : std::nullopt](const TimeEntryEditorContents& saved) {
                   const RunningTimer edited{saved.start, nonEmpty(saved.title), saved.project};
-                  if (const auto* condition = conditionalTimer(process)) {
-                    process.shared<ConditionalTimer>().stopped = *condition;
-                  }
-                  write(process, [edited](SQLite::Database& mutator) {
-                    TimeEntryTable(mutator).startTimer(edited);
+                  if (given) return replaceConditionalTimer(process, *given, edited);
+                  write(process, [edited, edits](SQLite::Database& mutator) {
+                    TimeEntryTable table(mutator);
+                    const auto running = table.runningTimer();
+                    if (running && running->start == edits) table.startTimer(edited);
                   });
                 });
 }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/KeyNames.h"
+#include "platform/ModifierNames.h"
 #include "platform/Process.h"
 #include "product/KestroLegacy.h"
 #include "product/embedded/ProductOperations.h"

@@ -1,4 +1,4 @@
-#include "platform/KeyNames.h"
+#include "platform/ModifierNames.h"
 
 #include <algorithm>
 #include <array>
