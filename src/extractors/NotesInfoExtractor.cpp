@@ -74,9 +74,7 @@ std::optional<std::string> selectedNote(const AccessibilityElement& window) {
     return std::pair(left.position.y, left.position.x) <
            std::pair(right.position.y, right.position.x);
   });
-  if (texts.empty() || texts.front().text.empty()) return std::nullopt;
-  if (texts.front().text.starts_with("…")) return std::nullopt;
-  return texts.front().text;
+  return texts.empty() ? std::nullopt : noteTitle(texts.front().text);
 }
 
 // Whether the title says more than the application's name.
@@ -87,10 +85,15 @@ bool namesNote(const std::string& title, const std::optional<std::string>& appli
 
 }  // namespace
 
+std::optional<std::string> noteTitle(const std::string& text) {
+  if (text.empty() || text.starts_with("…")) return std::nullopt;
+  return truncated(text, longestText, TruncationPosition::end);
+}
+
 void NotesInfoExtractor::writeDetailsForActivity(Activity& activity) {
   ActivityDetails& details = activity.details;
   if (const auto note = firstNonNil(accessibilityWindows(process_, activity), selectedNote)) {
-    details.contextPath = {truncated(*note, longestText, TruncationPosition::end)};
+    details.contextPath = {*note};
     return;
   }
   const auto& title = details.windowTitle;

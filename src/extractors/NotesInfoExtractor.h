@@ -5,6 +5,10 @@
 
 namespace kestro {
 
+// The beginning of the note that the list shows with this text; absent when the text is empty or
+// only the rest of something.
+std::optional<std::string> noteTitle(const std::string& text);
+
 class NotesInfoExtractor final : public KSApplicationInfoExtractor {
  public:
   static constexpr std::string_view name = "NotesInfoExtractor";

@@ -93,11 +93,19 @@ std::optional<AccessibilityElement> addressField(const AccessibilityElement& win
   return text ? text->parent() : std::nullopt;
 }
 
+}  // namespace
+
 bool isAddress(const std::optional<std::string>& text) {
   return text && text->find("://") != std::string::npos;
 }
 
-}  // namespace
+std::string titleWithHistoryLast(const std::string& title, std::string_view showHistory) {
+  auto parts = titleParts(title, historySeparator);
+  if (parts.size() < 2 || parts.front().empty()) return title;
+  if (showHistory.find(parts.front()) == std::string_view::npos) return title;
+  std::rotate(parts.begin(), parts.begin() + 1, parts.end());
+  return joined(parts, historySeparator);
+}
 
 SafariInfoExtractor::SafariInfoExtractor(Process& process)
     : process_(process), titlePhrases_(privatePhrases(process.platform())) {}
@@ -113,17 +121,14 @@ void SafariInfoExtractor::writeDetailsForActivity(Activity& activity) {
   }
 }
 
-// The history view puts its own name before that of the page it stands over.
 void SafariInfoExtractor::moveHistoryToEnd(Activity& activity) const {
   auto& title = activity.details.windowTitle;
-  if (!title) return;
-  auto parts = titleParts(*title, historySeparator);
+  // The menu is looked at only for a title that has parts.
+  if (!title || title->find(historySeparator) == std::string::npos) return;
   const auto windows = accessibilityWindows(process_, activity);
-  if (parts.size() < 2 || parts.front().empty() || windows.empty()) return;
+  if (windows.empty()) return;
   const auto showHistory = showHistoryTitle(windows.front());
-  if (!showHistory || showHistory->find(parts.front()) == std::string::npos) return;
-  std::rotate(parts.begin(), parts.begin() + 1, parts.end());
-  title = joined(parts, historySeparator);
+  if (showHistory) title = titleWithHistoryLast(*title, *showHistory);
 }
 
 void SafariInfoExtractor::readAddressField(Activity& activity,

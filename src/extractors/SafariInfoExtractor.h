@@ -8,6 +8,13 @@
 
 namespace kestro {
 
+// The title with its first part at the end, when the history's menu item names that part: the
+// history view puts its own name before that of the page it stands over.
+std::string titleWithHistoryLast(const std::string& title, std::string_view showHistory);
+
+// Whether an address field's text is a whole address: one that has a scheme.
+bool isAddress(const std::optional<std::string>& text);
+
 class SafariInfoExtractor final : public KSApplicationInfoExtractor {
  public:
   static constexpr std::string_view name = "SafariInfoExtractor";

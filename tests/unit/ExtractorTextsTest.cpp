@@ -10,6 +10,8 @@
 #include "extractors/FirefoxInfoExtractor.h"
 #include "extractors/LogicProInfoExtractor.h"
 #include "extractors/MicrosoftTeamsInfoExtractor.h"
+#include "extractors/NotesInfoExtractor.h"
+#include "extractors/SafariInfoExtractor.h"
 #include "extractors/SlackInfoExtractor.h"
 #include "extractors/TitleParts.h"
 #include "platform/Process.h"
@@ -178,6 +180,43 @@ TEST(BrowserTexts, titleWithProfile) {
 TEST(LogicProTexts, titleBeforeLastColon) {
   EXPECT_EQ(titleBeforeLastColon("Bounce: Song: Take 2"), "Bounce: Song");
   EXPECT_EQ(titleBeforeLastColon("Bounce:Song"), "Bounce:Song");
+}
+
+TEST(SafariTexts, historyLast) {
+  struct Row {
+    std::string title;
+    std::string_view showHistory;
+    std::string_view result;
+  };
+  const std::vector<Row> rows{
+      {"History — Example", "Show All History", "Example — History"},
+      {"Verlauf — A — B", "Gesamten Verlauf anzeigen", "A — B — Verlauf"},
+      {"Example — History", "Show All History", "Example — History"},
+      {"History", "Show All History", "History"},
+      {" — Example", "Show All History", " — Example"},
+      {"History - Example", "Show All History", "History - Example"},
+      {"history — Example", "Show All History", "history — Example"},
+  };
+  for (const Row& row : rows)
+    EXPECT_EQ(titleWithHistoryLast(row.title, row.showHistory), row.result) << row.title;
+}
+
+TEST(SafariTexts, isAddress) {
+  for (const char* address : {"https://a.example/", "file:///Users/kim", "x://"})
+    EXPECT_TRUE(isAddress(address)) << address;
+  for (const char* text : {"", "a.example", "mailto:kim@a.example", "https:/a.example"})
+    EXPECT_FALSE(isAddress(text)) << text;
+  EXPECT_FALSE(isAddress(std::nullopt));
+}
+
+TEST(NotesTexts, noteTitle) {
+  const std::string fifty = "äbcdefghijäbcdefghijäbcdefghijäbcdefghijäbcdefghij";
+  EXPECT_EQ(noteTitle("Shopping"), "Shopping");
+  EXPECT_EQ(noteTitle(fifty), fifty);
+  EXPECT_EQ(noteTitle(fifty + "k"), "äbcdefghijäbcdefghijäbcdefghijäbcdefghijäbcdefghi…");
+  EXPECT_EQ(noteTitle(""), std::nullopt);
+  EXPECT_EQ(noteTitle("…the rest"), std::nullopt);
+  EXPECT_EQ(noteTitle("the …"), "the …");
 }
 
 }  // namespace
