@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 #include "app/runHelper.h"
-#include "platform/scene/SceneDesktop.h"
+#include "scene/SceneDesktop.h"
 
 namespace kestro {
 namespace {

@@ -18,8 +18,8 @@
 #include <vector>
 
 #include "app/runHelper.h"
-#include "platform/scene/SceneDesktop.h"
-#include "platform/transcript/JsonLinesWriter.h"
+#include "scene/SceneDesktop.h"
+#include "transcript/JsonLinesWriter.h"
 
 namespace kestro {
 namespace {

@@ -1,6 +1,7 @@
 // Quitting from the menu, and the orderly end of the process.
 #include "app/KSHelperAppDelegate.h"
 #include "platform/Alerts.h"
+#include "platform/Clock.h"
 #include "platform/LocalizedStrings.h"
 #include "platform/UserDefaults.h"
 

@@ -7,6 +7,7 @@
 #include "app/diagnostics/AccessibilityDumper.h"
 #include "calls/PowerManagementDumper.h"
 #include "calls/RunningCallDetector.h"
+#include "platform/Clock.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
 

@@ -1,5 +1,6 @@
 // The status item's look, and the global shortcut for the timer.
 #include "app/KSHelperAppDelegate.h"
+#include "platform/Clock.h"
 #include "platform/UserDefaults.h"
 
 namespace kestro {

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "app/KSHelperAppDelegate.h"
+#include "platform/Clock.h"
 #include "platform/LocalizedStrings.h"
 #include "product/KestroDatabase.h"
 

@@ -2,6 +2,7 @@
 
 #include "app/RelaunchScript.h"
 #include "platform/ChildProcesses.h"
+#include "platform/Clock.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
 #include "platform/SystemLog.h"

@@ -5,8 +5,8 @@
 
 #include <optional>
 
-#include "platform/Clock.h"
-#include "platform/PropertyList.h"
+#include "foundation/Date.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

@@ -1,7 +1,7 @@
 // The commands of the scripting dictionary (resources/KestroHelper.sdef). Main thread only.
 #pragma once
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

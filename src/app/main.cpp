@@ -9,10 +9,10 @@
 #include <iostream>
 
 #include "app/runHelper.h"
-#include "platform/TimeZone.h"
-#include "platform/linux/LinuxDesktop.h"
-#include "platform/scene/SceneDesktop.h"
-#include "platform/transcript/makeTranscriptWriter.h"
+#include "foundation/TimeZone.h"
+#include "linux/LinuxDesktop.h"
+#include "scene/SceneDesktop.h"
+#include "transcript/makeTranscriptWriter.h"
 
 namespace kestro {
 namespace {

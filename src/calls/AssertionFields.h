@@ -6,8 +6,8 @@
 #include <set>
 #include <string>
 
+#include "foundation/PropertyList.h"
 #include "platform/Accessibility.h"
-#include "platform/PropertyList.h"
 
 namespace kestro {
 

@@ -5,8 +5,8 @@
 #include "calls/CallSettings.h"
 #include "calls/DisabledApplications.h"
 #include "extractors/TitleParts.h"
+#include "foundation/TextCase.h"
 #include "platform/Process.h"
-#include "platform/TextCase.h"
 #include "product/KestroDatabase.h"
 #include "product/KestroUI.h"
 

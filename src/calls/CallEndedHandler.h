@@ -7,7 +7,7 @@
 #include <string>
 
 #include "calls/CallMetadata.h"
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 #include "product/KestroDatabase.h"
 
 namespace kestro {

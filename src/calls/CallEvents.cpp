@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
+#include "foundation/TextCase.h"
 #include "platform/Process.h"
-#include "platform/TextCase.h"
 #include "platform/Transcript.h"
 #include "product/KestroDatabase.h"
 #include "product/KestroLegacy.h"

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "calls/CallMetadata.h"
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

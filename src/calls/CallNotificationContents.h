@@ -6,7 +6,7 @@
 #include <string>
 
 #include "calls/CallMetadata.h"
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "calls/CallMetadata.h"
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

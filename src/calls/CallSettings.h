@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 #include "product/KestroLegacy.h"
 
 namespace kestro {

@@ -6,7 +6,7 @@
 #include <array>
 #include <iterator>
 
-#include "platform/TextCase.h"
+#include "foundation/TextCase.h"
 
 namespace kestro {
 namespace {

@@ -1,6 +1,7 @@
 #include "calls/DumpHeader.h"
 
-#include "platform/DateDescription.h"
+#include "foundation/DateDescription.h"
+#include "platform/Clock.h"
 #include "platform/Process.h"
 
 namespace kestro {

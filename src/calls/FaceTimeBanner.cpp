@@ -4,8 +4,8 @@
 
 #include "extractors/AccessibilityElement.h"
 #include "extractors/TitleParts.h"
+#include "foundation/TextCase.h"
 #include "platform/Process.h"
-#include "platform/TextCase.h"
 
 namespace kestro {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/RegularExpression.h"
+#include "foundation/RegularExpression.h"
 #include "product/Activity.h"
 
 namespace kestro {

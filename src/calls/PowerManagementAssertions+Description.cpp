@@ -3,7 +3,7 @@
 #include <fmt/ranges.h>
 
 #include "calls/PowerManagementAssertions.h"
-#include "platform/DateDescription.h"
+#include "foundation/DateDescription.h"
 
 namespace kestro {
 namespace {

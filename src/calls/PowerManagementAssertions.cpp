@@ -7,10 +7,10 @@
 #include "calls/PowerManagementSettings.h"
 #include "calls/ProcessBundle.h"
 #include "calls/SnapshotDump.h"
+#include "foundation/TextCase.h"
 #include "platform/Clock.h"
 #include "platform/Process.h"
 #include "platform/StandardOutput.h"
-#include "platform/TextCase.h"
 #include "product/KestroDatabase.h"
 #include "product/KestroLegacy.h"
 

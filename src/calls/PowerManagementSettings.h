@@ -1,7 +1,7 @@
 // How assertions are judged. Preferences, read once per process.
 #pragma once
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 
 namespace kestro {
 

@@ -4,8 +4,8 @@
 
 #include "calls/AssertionFields.h"
 #include "calls/ProcessBundle.h"
+#include "foundation/PropertyListDescription.h"
 #include "platform/Process.h"
-#include "platform/PropertyListDescription.h"
 
 namespace kestro {
 namespace {

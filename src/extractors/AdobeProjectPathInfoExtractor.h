@@ -2,7 +2,7 @@
 #pragma once
 
 #include "extractors/KSApplicationInfoExtractor.h"
-#include "platform/RegularExpression.h"
+#include "foundation/RegularExpression.h"
 
 namespace kestro {
 

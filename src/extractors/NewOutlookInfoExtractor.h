@@ -3,7 +3,7 @@
 
 #include "extractors/AccessibilityElement.h"
 #include "extractors/KSApplicationInfoExtractor.h"
-#include "platform/RegularExpression.h"
+#include "foundation/RegularExpression.h"
 
 namespace kestro {
 

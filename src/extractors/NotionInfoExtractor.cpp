@@ -6,7 +6,7 @@
 #include "extractors/AccessibilityElement.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/WebAreas.h"
-#include "platform/TextCase.h"
+#include "foundation/TextCase.h"
 
 namespace kestro {
 namespace {

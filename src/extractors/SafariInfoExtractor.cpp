@@ -4,8 +4,8 @@
 #include <array>
 
 #include "extractors/TitleParts.h"
+#include "foundation/TextCase.h"
 #include "platform/Files.h"
-#include "platform/TextCase.h"
 
 namespace kestro {
 namespace {

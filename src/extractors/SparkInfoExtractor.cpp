@@ -6,8 +6,8 @@
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/SparkPage.h"
 #include "extractors/TitleParts.h"
+#include "foundation/TextCase.h"
 #include "platform/LocalizedStrings.h"
-#include "platform/TextCase.h"
 #include "platform/UserDefaults.h"
 
 namespace kestro {

@@ -1,6 +1,6 @@
 #include "extractors/StaticTexts.h"
 
-#include "platform/TextCase.h"
+#include "foundation/TextCase.h"
 
 namespace kestro {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 
 namespace kestro {
 

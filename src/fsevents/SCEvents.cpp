@@ -4,8 +4,9 @@
 
 #include <algorithm>
 
+#include "foundation/PropertyListDescription.h"
+#include "platform/Clock.h"
 #include "platform/Process.h"
-#include "platform/PropertyListDescription.h"
 
 namespace kestro {
 namespace {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

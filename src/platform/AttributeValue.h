@@ -10,8 +10,8 @@
 #include <variant>
 #include <vector>
 
-#include "platform/Geometry.h"
-#include "platform/PropertyList.h"
+#include "foundation/Geometry.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

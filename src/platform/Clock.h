@@ -1,12 +1,9 @@
 // Time. In a scene it is virtual, so nothing above the platform reads the machine's own clocks.
 #pragma once
 
-#include <chrono>
+#include "foundation/Date.h"
 
 namespace kestro {
-
-using Date = std::chrono::system_clock::time_point;
-using Seconds = std::chrono::duration<double>;
 
 class Clock {
  public:

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 
 namespace kestro {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

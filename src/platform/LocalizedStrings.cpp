@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "foundation/StringsText.h"
 #include "platform/Process.h"
-#include "platform/StringsText.h"
 
 namespace kestro {
 namespace {

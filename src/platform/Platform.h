@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/PropertyList.h"
-#include "platform/TimeZone.h"
+#include "foundation/PropertyList.h"
+#include "foundation/TimeZone.h"
 
 namespace kestro {
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 
 namespace kestro {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "foundation/Geometry.h"
 #include "platform/Accessibility.h"
-#include "platform/Geometry.h"
 
 namespace kestro {
 

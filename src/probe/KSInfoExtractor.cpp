@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowServer.h"
 #include "platform/Workspace.h"

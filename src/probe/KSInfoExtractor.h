@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "extractors/KSApplicationInfoExtractor.h"
-#include "platform/Geometry.h"
+#include "foundation/Geometry.h"
 #include "probe/AccessibilityStatistics.h"
 #include "probe/ApplicationLists.h"
 #include "product/Activity.h"

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "platform/RegularExpression.h"
+#include "foundation/RegularExpression.h"
 #include "product/Activity.h"
 
 namespace kestro {

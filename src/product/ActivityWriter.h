@@ -15,7 +15,7 @@
 
 #include <memory>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 #include "product/SyncManager.h"
 #include "product/TimeEntries.h"
 

@@ -4,8 +4,8 @@
 
 #include <string_view>
 
-#include "platform/Clock.h"
-#include "platform/PropertyList.h"
+#include "foundation/Date.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

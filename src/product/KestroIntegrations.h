@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 #include "product/SampleData.h"
 #include "product/SyncManager.h"
 

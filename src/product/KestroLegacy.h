@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "foundation/PropertyList.h"
+#include "foundation/RegularExpression.h"
 #include "platform/Accessibility.h"
-#include "platform/PropertyList.h"
-#include "platform/RegularExpression.h"
 #include "product/Shortcuts.h"
 
 namespace kestro {

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 #include "product/Activity.h"
 #include "product/ActivityWriter.h"
 #include "product/DatabaseWrapper.h"

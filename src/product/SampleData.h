@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Clock.h"
-#include "platform/PropertyList.h"
+#include "foundation/Date.h"
+#include "foundation/PropertyList.h"
 
 namespace SQLite {
 class Database;

@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
+#include "foundation/PropertyList.h"
 #include "platform/GlobalShortcuts.h"
-#include "platform/PropertyList.h"
 
 namespace kestro {
 

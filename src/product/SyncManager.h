@@ -8,7 +8,7 @@
 #include <string>
 #include <variant>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 #include "platform/NotificationCenter.h"
 
 namespace kestro {

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Clock.h"
-#include "platform/PropertyList.h"
+#include "foundation/Date.h"
+#include "foundation/PropertyList.h"
 
 namespace SQLite {
 class Database;

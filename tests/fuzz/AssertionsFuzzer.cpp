@@ -8,7 +8,7 @@
 #include "calls/RunningCallDetector.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
-#include "platform/scene/SceneDesktop.h"
+#include "scene/SceneDesktop.h"
 
 namespace kestro {
 namespace {

@@ -11,7 +11,7 @@
 #include "calls/CallPropertiesCoding.h"
 #include "calls/CallSettings.h"
 #include "calls/RunningCallDetector.h"
-#include "platform/scene/SceneDesktop.h"
+#include "scene/SceneDesktop.h"
 
 namespace kestro {
 namespace {

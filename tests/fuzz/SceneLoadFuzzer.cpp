@@ -6,7 +6,7 @@
 #include <string_view>
 #include <variant>
 
-#include "platform/scene/SceneDesktop.h"
+#include "scene/SceneDesktop.h"
 
 namespace kestro {
 namespace {

@@ -9,8 +9,8 @@
 #include <thread>
 
 #include "extractors/AccessibilityDescription.h"
+#include "linux/LinuxDesktop.h"
 #include "platform/Process.h"
-#include "platform/linux/LinuxDesktop.h"
 
 namespace kestro {
 namespace {

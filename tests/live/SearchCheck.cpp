@@ -9,10 +9,10 @@
 
 #include "extractors/AccessibilityDescription.h"
 #include "extractors/AccessibilityElement.h"
+#include "linux/LinuxDesktop.h"
 #include "platform/Accessibility.h"
 #include "platform/Process.h"
 #include "platform/Workspace.h"
-#include "platform/linux/LinuxDesktop.h"
 
 namespace kestro {
 namespace {

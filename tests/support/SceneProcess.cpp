@@ -5,7 +5,7 @@
 #include <iostream>
 
 #include "extractors/AccessibilityElement.h"
-#include "platform/scene/SceneDesktop.h"
+#include "scene/SceneDesktop.h"
 
 namespace kestro {
 namespace {

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "platform/linux/AtspiConnection.h"
-#include "platform/linux/AtspiRoles.h"
-#include "platform/linux/EmbeddedTexts.h"
-#include "platform/linux/WindowMatching.h"
+#include "linux/accessibility/AtspiConnection.h"
+#include "linux/accessibility/AtspiRoles.h"
+#include "linux/accessibility/EmbeddedTexts.h"
+#include "linux/windows/WindowMatching.h"
 
 namespace kestro {
 namespace {

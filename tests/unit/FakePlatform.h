@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "linux/shell/MissingParts.h"
 #include "platform/Accessibility.h"
 #include "platform/ChildProcesses.h"
 #include "platform/Clock.h"
@@ -26,7 +27,6 @@
 #include "platform/UserNotifications.h"
 #include "platform/WindowServer.h"
 #include "platform/Workspace.h"
-#include "platform/linux/MissingParts.h"
 
 namespace kestro::fakes {
 

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxChildProcesses.h"
+#include "linux/process/LinuxChildProcesses.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -14,7 +14,7 @@
 #include <thread>
 
 #include "FakePlatform.h"
-#include "platform/linux/RelaunchShell.h"
+#include "linux/process/RelaunchShell.h"
 
 namespace kestro {
 namespace {

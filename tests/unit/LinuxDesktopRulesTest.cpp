@@ -6,12 +6,12 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/linux/ApplicationIdentity.h"
-#include "platform/linux/BackOff.h"
-#include "platform/linux/PreferredLanguages.h"
-#include "platform/linux/ScreenCoordinates.h"
-#include "platform/linux/StandardErrorLog.h"
-#include "platform/linux/Utf8.h"
+#include "foundation/Utf8.h"
+#include "linux/applications/ApplicationIdentity.h"
+#include "linux/process/BackOff.h"
+#include "linux/process/PreferredLanguages.h"
+#include "linux/process/StandardErrorLog.h"
+#include "linux/windows/ScreenCoordinates.h"
 
 namespace kestro {
 namespace {

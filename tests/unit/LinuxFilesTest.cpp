@@ -1,12 +1,12 @@
-#include "platform/linux/LinuxFiles.h"
+#include "linux/storage/LinuxFiles.h"
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 
 #include "FakePlatform.h"
-#include "platform/linux/LinuxDirectories.h"
-#include "platform/linux/PropertyListFile.h"
+#include "linux/storage/LinuxDirectories.h"
+#include "linux/storage/PropertyListFile.h"
 
 namespace kestro {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/linux/LinuxRunLoop.h"
+#include "linux/process/LinuxRunLoop.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

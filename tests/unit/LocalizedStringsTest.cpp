@@ -9,10 +9,10 @@
 #include <set>
 
 #include "FakePlatform.h"
+#include "foundation/RegularExpression.h"
+#include "foundation/StringsText.h"
+#include "foundation/TextCase.h"
 #include "platform/Process.h"
-#include "platform/RegularExpression.h"
-#include "platform/StringsText.h"
-#include "platform/TextCase.h"
 
 namespace kestro {
 namespace {

@@ -1,11 +1,11 @@
-#include "platform/linux/PlistUserDefaults.h"
+#include "linux/storage/PlistUserDefaults.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <fstream>
 
-#include "platform/linux/WholeFile.h"
+#include "linux/storage/WholeFile.h"
 
 namespace kestro {
 namespace {

@@ -9,8 +9,8 @@
 #include <fstream>
 
 #include "FakePlatform.h"
+#include "foundation/Iso8601.h"
 #include "platform/Process.h"
-#include "platform/json/Iso8601.h"
 #include "product/KestroDatabase.h"
 #include "product/KestroIntegrations.h"
 #include "product/KestroUI.h"

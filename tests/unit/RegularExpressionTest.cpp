@@ -1,4 +1,4 @@
-#include "platform/RegularExpression.h"
+#include "foundation/RegularExpression.h"
 
 #include <gtest/gtest.h>
 

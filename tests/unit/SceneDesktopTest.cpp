@@ -7,8 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/scene/SceneDesktop.h"
-#include "platform/transcript/JsonLinesWriter.h"
+#include "platform/Clock.h"
+#include "scene/SceneDesktop.h"
+#include "transcript/JsonLinesWriter.h"
 
 namespace kestro {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <variant>
 
-#include "platform/scene/Scene.h"
+#include "scene/Scene.h"
 
 namespace kestro {
 namespace {

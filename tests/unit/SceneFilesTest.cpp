@@ -1,5 +1,5 @@
 // What a scripted desktop's file system refuses.
-#include "platform/scene/SceneFiles.h"
+#include "scene/SceneFiles.h"
 
 #include <gtest/gtest.h>
 

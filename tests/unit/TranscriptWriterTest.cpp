@@ -4,9 +4,9 @@
 #include <limits>
 #include <sstream>
 
-#include "platform/json/Base64.h"
-#include "platform/json/Iso8601.h"
-#include "platform/transcript/makeTranscriptWriter.h"
+#include "foundation/Base64.h"
+#include "foundation/Iso8601.h"
+#include "transcript/makeTranscriptWriter.h"
 
 namespace kestro {
 namespace {

@@ -7,7 +7,7 @@
 #include "app/diagnostics/PrintLine.h"
 #include "extractors/AccessibilityDescription.h"
 #include "extractors/AccessibilityElement.h"
-#include "platform/TextCase.h"
+#include "foundation/TextCase.h"
 
 namespace kestro {
 namespace {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 
 namespace kestro {
 

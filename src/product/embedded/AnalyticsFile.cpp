@@ -3,10 +3,11 @@
 #include <filesystem>
 #include <utility>
 
+#include "foundation/PropertyListJson.h"
+#include "platform/Clock.h"
 #include "platform/Process.h"
 #include "platform/SystemLog.h"
 #include "platform/Transcript.h"
-#include "platform/json/PropertyListJson.h"
 
 namespace kestro {
 

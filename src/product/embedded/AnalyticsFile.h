@@ -5,7 +5,7 @@
 
 #include <fstream>
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

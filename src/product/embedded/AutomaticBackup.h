@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 
 namespace SQLite {
 class Backup;

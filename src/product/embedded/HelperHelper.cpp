@@ -1,6 +1,7 @@
 #include "product/HelperHelper.h"
 
 #include "platform/Accessibility.h"
+#include "platform/Clock.h"
 #include "platform/LocalizedStrings.h"
 #include "platform/Process.h"
 #include "platform/SystemLog.h"

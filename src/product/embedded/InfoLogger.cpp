@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include "platform/Accessibility.h"
+#include "platform/Clock.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
 #include "platform/SystemLog.h"

@@ -2,6 +2,7 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
+#include "platform/Clock.h"
 #include "platform/Process.h"
 #include "product/DatabaseWrapper.h"
 #include "product/embedded/ProductOperations.h"

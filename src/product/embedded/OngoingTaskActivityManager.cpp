@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "platform/Clock.h"
 #include "platform/LocalizedStrings.h"
 #include "platform/Menu.h"
 #include "platform/Process.h"

@@ -4,7 +4,7 @@
 
 #include <string_view>
 
-#include "platform/PropertyList.h"
+#include "foundation/PropertyList.h"
 
 namespace kestro {
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "platform/Clock.h"
 #include "platform/LocalizedStrings.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/Clock.h"
 #include "platform/Process.h"
 #include "platform/SystemLog.h"
 #include "platform/Transcript.h"

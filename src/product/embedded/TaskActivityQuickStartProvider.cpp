@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/Clock.h"
 #include "platform/Process.h"
 #include "product/KestroUI.h"
 #include "product/embedded/ProductOperations.h"

@@ -2,6 +2,7 @@
 
 #include <SQLiteCpp/SQLiteCpp.h>
 
+#include "platform/Clock.h"
 #include "platform/Process.h"
 
 namespace kestro {

@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "platform/Clock.h"
+#include "foundation/Date.h"
 
 namespace SQLite {
 class Database;

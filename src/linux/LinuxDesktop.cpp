@@ -1,0 +1,159 @@
+#include "linux/LinuxDesktop.h"
+
+#include <unistd.h>
+
+#include <csignal>
+#include <random>
+
+#include "linux/accessibility/LinuxAccessibility.h"
+#include "linux/applications/LinuxWorkspace.h"
+#include "linux/audio/LinuxPowerManagement.h"
+#include "linux/process/LinuxChildProcesses.h"
+#include "linux/process/LinuxRunLoop.h"
+#include "linux/process/OperatingSystemVersion.h"
+#include "linux/process/PreferredLanguages.h"
+#include "linux/process/ProcessInformation.h"
+#include "linux/process/RelaunchShell.h"
+#include "linux/process/StandardErrorLog.h"
+#include "linux/process/SystemClock.h"
+#include "linux/shell/LinuxTimeEntryEditors.h"
+#include "linux/shell/LinuxUserNotifications.h"
+#include "linux/shell/MissingParts.h"
+#include "linux/storage/LinuxDirectories.h"
+#include "linux/storage/LinuxFileEvents.h"
+#include "linux/storage/LinuxFiles.h"
+#include "linux/storage/PlistUserDefaults.h"
+#include "linux/windows/x11/X11WindowServer.h"
+#include "platform/NotificationCenter.h"
+#include "transcript/PrintedLines.h"
+#include "transcript/TimedTranscript.h"
+
+namespace kestro {
+namespace {
+
+class LinuxDesktop final : public Desktop {
+ public:
+  explicit LinuxDesktop(DesktopOptions options);
+
+  Platform& platform() override { return platform_; }
+  // A process of the live desktop has one life: a relaunch is a new process.
+  bool beginNextProcessLife() override { return false; }
+
+ private:
+  static MainBundle mainBundle();
+  std::int64_t randomNumber();
+  static RelaunchCommands relaunchCommands();
+  std::filesystem::path makeDataDirectory(const DesktopOptions& options);
+
+  StandardErrorLog log_;
+  SystemClock clock_;
+  SampleGeneration generation_;
+  LinuxRunLoop runLoop_;
+  X11Desktop x11_;
+  std::vector<std::string> languages_;
+  DesktopEntries desktopEntries_;
+  ApplicationIdentity identity_;
+  LinuxWorkspace workspace_;
+  X11WindowServer windowServer_;
+  LinuxAccessibility accessibility_;
+  PlistUserDefaultsDatabase defaults_;
+  LinuxChildProcesses childProcesses_;
+  LinuxFiles files_;
+  LinuxFileEvents fileEvents_;
+  LinuxPowerManagement powerManagement_;
+  MissingAlerts alerts_;
+  MissingStatusBar statusBar_;
+  MissingGlobalShortcuts globalShortcuts_;
+  MissingAppleEvents appleEvents_;
+  MissingLoginItems loginItems_;
+  NotificationCenter notificationCenter_;
+  LinuxUserNotifications userNotifications_;
+  LinuxTimeEntryEditors timeEntryEditors_;
+  TimedTranscript transcript_;
+  PrintedLines standardOutput_;
+  std::random_device random_;
+  PropertyListDictionary productConditions_;
+  Platform platform_;
+};
+
+LinuxDesktop::LinuxDesktop(DesktopOptions options)
+    : runLoop_(generation_, log_),
+      x11_(generation_, log_),
+      languages_(preferredLanguages(localeVariablesOfEnvironment())),
+      desktopEntries_(applicationDirectories(), languages_),
+      identity_(desktopEntries_),
+      workspace_(x11_, identity_, generation_),
+      windowServer_(x11_),
+      accessibility_(x11_, identity_, generation_, log_),
+      defaults_(configurationDirectory(), log_),
+      userNotifications_(runLoop_),
+      timeEntryEditors_(runLoop_),
+      transcript_(clock_, clock_.now(), std::move(options.transcriptWriter)),
+      standardOutput_(options.standardOutput, transcript_),
+      platform_{.accessibility = accessibility_,
+                .windowServer = windowServer_,
+                .workspace = workspace_,
+                .defaults = defaults_,
+                .childProcesses = childProcesses_,
+                .files = files_,
+                .fileEvents = fileEvents_,
+                .powerManagement = powerManagement_,
+                .alerts = alerts_,
+                .statusBar = statusBar_,
+                .globalShortcuts = globalShortcuts_,
+                .appleEvents = appleEvents_,
+                .loginItems = loginItems_,
+                .notificationCenter = notificationCenter_,
+                .userNotifications = userNotifications_,
+                .timeEntryEditors = timeEntryEditors_,
+                .standardOutput = standardOutput_,
+                .clock = clock_,
+                .runLoop = runLoop_,
+                .log = log_,
+                .transcript = transcript_,
+                .mainBundle = mainBundle(),
+                .relaunchCommands = relaunchCommands(),
+                .processIdentifier = getpid(),
+                .operatingSystemVersion = operatingSystemVersion(),
+                .operatingSystemMajorVersion = 0,
+                .timeZone = TimeZone::local(),
+                .random = [this] { return randomNumber(); },
+                .arguments = options.arguments,
+                .preferredLanguages = languages_,
+                .dataDirectory = makeDataDirectory(options),
+                .productConditions = productConditions_} {
+  log_.write(missingPartsMessage);
+}
+
+std::int64_t LinuxDesktop::randomNumber() {
+  return std::uniform_int_distribution<std::int64_t>(0, 2147483647)(random_);
+}
+
+MainBundle LinuxDesktop::mainBundle() {
+  const std::string executable = executablePath(getpid()).value_or("");
+  return {KESTRO_BUNDLE_IDENTIFIER, std::filesystem::path(executable).parent_path().string(),
+          executable, std::nullopt};
+}
+
+// The helper has no bundle to open here: its executable is started in a session of its own.
+RelaunchCommands LinuxDesktop::relaunchCommands() {
+  return {relaunchShell("/bin/sh"), "/usr/bin/setsid", mainBundle().executablePath};
+}
+
+std::filesystem::path LinuxDesktop::makeDataDirectory(const DesktopOptions& options) {
+  auto directory = options.dataDirectory.value_or(defaultDataDirectory());
+  if (!makePrivateDirectory(directory)) {
+    log_.write("the data directory cannot be made for its owner alone");
+  }
+  return directory;
+}
+
+}  // namespace
+
+std::unique_ptr<Desktop> makeLinuxDesktop(DesktopOptions options) {
+  // A bus, an X server or a log that goes away is an error of the next write, not the end.
+  std::signal(SIGPIPE, SIG_IGN);
+  return std::make_unique<LinuxDesktop>(std::move(options));
+}
+
+}  // namespace kestro

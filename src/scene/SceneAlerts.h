@@ -1,0 +1,35 @@
+// Alerts of a scripted desktop: recorded, and answered at once by steps. Main thread only; what it
+// refers to must outlive it.
+#pragma once
+
+#include <deque>
+
+#include "platform/Alerts.h"
+#include "platform/Transcript.h"
+#include "scene/SceneClock.h"
+#include "scene/SceneStep.h"
+
+namespace kestro {
+
+class SceneAlerts final : public Alerts {
+ public:
+  // Answers wait for the next alert from the time of their step on, also for one that comes up
+  // while the helper starts.
+  SceneAlerts(const std::vector<SceneStep>& steps, Date start, const Clock& clock,
+              Transcript& transcript);
+
+  AlertAnswer runModal(const Alert& alert) override;
+
+ private:
+  struct TimedAnswer {
+    Date due;
+    AnswerAlertStep answer;
+  };
+  AlertAnswer nextAnswer(const Alert& alert);
+
+  std::deque<TimedAnswer> answers_;
+  const Clock& clock_;
+  Transcript& transcript_;
+};
+
+}  // namespace kestro
