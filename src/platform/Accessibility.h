@@ -12,10 +12,9 @@
 
 #include "platform/AttributeValue.h"
 #include "platform/ElementSearch.h"
+#include "platform/SampleBudget.h"
 
 namespace kestro {
-
-using ProcessIdentifier = std::int32_t;
 
 // The designed platform's own numbers (its AXError enumeration): one of them is reported as a
 // statistic, so both backends use them.
@@ -87,13 +86,29 @@ class Accessibility {
   virtual AccessibilityResult<std::vector<UIElement>> findElements(const UIElement& root,
                                                                    const ElementSearch& search) = 0;
 
+  // From here to endSample, requests are paid from one budget (SampleBudget.h; on the live desktop
+  // it has a time as well). One that it does not pay for fails with cannotComplete, and nobody is
+  // asked. `now` is the clock's monotonic time.
+  virtual void beginSample(Seconds now) { budget_.begin(now); }
+  // Whether the budget was used up.
+  virtual bool endSample() { return budget_.end(); }
+  // Whether the sample under way must leave the process alone, for what earlier ones have cost.
+  bool isResting(ProcessIdentifier process) const { return budget_.isResting(process); }
+
   // Cross-process requests made since this object exists; differences tell what a sample cost.
   std::uint64_t requestCount() const { return requestCount_; }
 
  protected:
-  void countRequests(std::uint64_t requests = 1) { requestCount_ += requests; }
+  SampleBudget& budget() { return budget_; }
+  // False when the request must not be made.
+  bool payForRequest() {
+    if (!budget_.pay()) return false;
+    ++requestCount_;
+    return true;
+  }
 
  private:
+  SampleBudget budget_;
   std::uint64_t requestCount_ = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "foundation/Date.h"
+#include "platform/Accessibility.h"
 #include "platform/UserDefaults.h"
 #include "platform/WindowServer.h"
 #include "platform/Workspace.h"
@@ -113,6 +114,10 @@ void KSInfoExtractor::readWindowList(Activity& activity, const ScreenSizes& scre
 
 bool KSInfoExtractor::passesAccessibilityGate(const Activity& activity) {
   if (!KSHelper::accessibilityAvailable(process_)) return false;
+  // What costs too much to be read every second has its title from the window list in between.
+  if (process_.platform().accessibility.isResting(activity.applicationProcessIdentifier())) {
+    return false;
+  }
   if (isIn(lists_.noAccessibilityApplicationBundleIdentifiers(),
            activity.applicationBundleIdentifier())) {
     return false;

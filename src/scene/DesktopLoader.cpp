@@ -90,15 +90,21 @@ std::vector<WindowEntry> loadWindows(const JsonNode& node) {
   return windows;
 }
 
+std::uint64_t loadBudget(const JsonNode& node) {
+  constexpr std::int64_t most = 1'000'000;
+  return static_cast<std::uint64_t>(node.integer(0, most));
+}
+
 SystemStep loadSystem(const JsonNode& node) {
-  node.expectKeys(
-      {"version", "languages", "screens", "accessibilityTrusted", "screenCaptureAccess"});
+  node.expectKeys({"version", "languages", "screens", "accessibilityTrusted", "screenCaptureAccess",
+                   "requestBudget"});
   SystemStep system;
   if (const auto version = node.find("version")) system.version = version->text();
   if (const auto languages = node.find("languages")) system.languages = languages->texts();
   if (const auto screens = node.find("screens")) system.screens = loadScreens(*screens);
   system.accessibilityTrusted = loadOptionalBoolean(node, "accessibilityTrusted");
   system.screenCaptureAccess = loadOptionalBoolean(node, "screenCaptureAccess");
+  if (const auto budget = node.find("requestBudget")) system.requestBudget = loadBudget(*budget);
   return system;
 }
 

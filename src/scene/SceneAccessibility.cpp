@@ -22,6 +22,11 @@ bool isSystemWide(const UIElement& element) {
 
 }  // namespace
 
+void SceneAccessibility::beginSample(Seconds now) {
+  budget().setRequests(state_.system.requestBudget);
+  Accessibility::beginSample(now);
+}
+
 std::optional<UIElement> SceneAccessibility::applicationElement(ProcessIdentifier process) {
   const SceneApplication* application = state_.runningApplication(process);
   if (!application || !application->element) return std::nullopt;
@@ -51,7 +56,7 @@ AccessibilityError SceneAccessibility::setMessagingTimeout(const UIElement& elem
 AccessibilityResult<ProcessIdentifier> SceneAccessibility::processIdentifier(
     const UIElement& element) {
   if (isSystemWide(element)) return AccessibilityError::illegalArgument;
-  return state_.applications[sceneElement(element).application].description.processIdentifier;
+  return processOf(element);
 }
 
 AccessibilityResult<AttributeValue> SceneAccessibility::copyAttributeValue(
@@ -163,16 +168,25 @@ AccessibilityResult<std::vector<UIElement>> SceneAccessibility::findElements(
 }
 
 void SceneAccessibility::beginNextLife() {
+  budget() = SampleBudget();
   timeoutOfAll_.reset();
   timeoutByApplication_.clear();
 }
 
 AccessibilityError SceneAccessibility::beginRequest(const UIElement& element) {
-  countRequests();
+  if (!budget().admits(processOf(element)) || !payForRequest()) {
+    return AccessibilityError::cannotComplete;
+  }
   if (!isTrusted()) return AccessibilityError::apiDisabled;
   if (isSystemWide(element)) return AccessibilityError::attributeUnsupported;
   if (!belongsToRunningApplication(element)) return AccessibilityError::invalidUIElement;
   return AccessibilityError::success;
+}
+
+// Of the system-wide element: none.
+ProcessIdentifier SceneAccessibility::processOf(const UIElement& element) const {
+  if (isSystemWide(element)) return 0;
+  return state_.applications[sceneElement(element).application].description.processIdentifier;
 }
 
 SceneElement& SceneAccessibility::sceneElement(const UIElement& element) const {

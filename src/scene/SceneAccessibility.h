@@ -18,6 +18,8 @@ class SceneAccessibility final : public Accessibility {
   SceneAccessibility(SceneState& state, SceneClock& clock, Transcript& transcript)
       : state_(state), clock_(clock), transcript_(transcript) {}
 
+  // A scene may have a smaller budget; its time is virtual and has no part in that.
+  void beginSample(Seconds now) override;
   bool isTrusted() const override { return state_.system.accessibilityTrusted; }
   std::optional<UIElement> applicationElement(ProcessIdentifier process) override;
   std::optional<UIElement> systemWideElement() override;
@@ -46,8 +48,9 @@ class SceneAccessibility final : public Accessibility {
   void beginNextLife();
 
  private:
-  // Counts a request; why it fails before anything of the element is looked at, else success.
+  // Pays for a request; why it fails before anything of the element is looked at, else success.
   AccessibilityError beginRequest(const UIElement& element);
+  ProcessIdentifier processOf(const UIElement& element) const;
   SceneElement& sceneElement(const UIElement& element) const;
   bool belongsToRunningApplication(const UIElement& element) const;
   Seconds timeout(const SceneElement& element) const;

@@ -43,6 +43,7 @@ struct SceneSystem {
   std::vector<Rect> screens{{{0, 0}, {1440, 900}}};
   bool accessibilityTrusted = true;
   bool screenCaptureAccess = true;
+  std::uint64_t requestBudget = SampleBudget::usualRequests;
 };
 
 struct SceneState {

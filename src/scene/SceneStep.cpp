@@ -71,6 +71,7 @@ void applySystemChanges(SceneSystem& system, const SystemStep& changes) {
   assignIfPresent(system.screens, changes.screens);
   assignIfPresent(system.accessibilityTrusted, changes.accessibilityTrusted);
   assignIfPresent(system.screenCaptureAccess, changes.screenCaptureAccess);
+  assignIfPresent(system.requestBudget, changes.requestBudget);
 }
 
 void applyStep(SceneState& state, const SceneEvent& event) {

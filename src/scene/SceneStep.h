@@ -41,6 +41,7 @@ struct SystemStep {
   std::optional<std::vector<Rect>> screens;
   std::optional<bool> accessibilityTrusted;
   std::optional<bool> screenCaptureAccess;
+  std::optional<std::uint64_t> requestBudget;
 };
 struct ProductStep {
   PropertyListChanges changes;

@@ -14,7 +14,7 @@ namespace {
 
 // root ─ a ─ a1 ─ deep(x)
 //      └ b(x)
-constexpr const char* tree =
+constexpr const char* exampleTree =
     R"({"applications": [{"pid": 1, "name": "A", "accessibility": {"children": [
   {"id": "root", "AXRole": "AXGroup", "children": [
     {"id": "a", "AXRole": "AXGroup", "children": [
@@ -31,7 +31,7 @@ class AccessibilityElementTest : public testing::Test {
   AccessibilityElement element(std::string_view id) {
     return AccessibilityElement(scene.process(), scene.element(id));
   }
-  SceneProcess scene{tree};
+  SceneProcess scene{exampleTree};
 };
 
 TEST_F(AccessibilityElementTest, searchesToTheDepthGiven) {

@@ -179,7 +179,7 @@ class EmptyAccessibility final : public Accessibility {
   AccessibilityResult<std::vector<UIElement>> findElements(Element, const ElementSearch&) override {
     return AccessibilityError::notImplemented;
   }
-  void request() { countRequests(); }
+  void request() { payForRequest(); }
 
   bool trusted = true;
 };

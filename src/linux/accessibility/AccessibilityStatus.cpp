@@ -6,29 +6,18 @@ namespace {
 using std::chrono::steady_clock;
 
 constexpr const char* service = "org.a11y.Bus";
-constexpr const char* object = "/org/a11y/bus";
+constexpr const char* launcherObject = "/org/a11y/bus";
 constexpr const char* statusInterface = "org.a11y.Status";
 constexpr const char* enabledProperty = "IsEnabled";
 constexpr std::chrono::seconds longestTrust{10};
 
 MessagePointer propertyCall(sd_bus* bus, const char* member) {
   sd_bus_message* message = nullptr;
-  sd_bus_message_new_method_call(bus, &message, service, object, "org.freedesktop.DBus.Properties",
-                                 member);
+  sd_bus_message_new_method_call(bus, &message, service, launcherObject,
+                                 "org.freedesktop.DBus.Properties", member);
   MessagePointer owner(message);
   if (message) sd_bus_message_append(message, "ss", statusInterface, enabledProperty);
   return owner;
-}
-
-int send(sd_bus* bus, const MessagePointer& request, std::chrono::microseconds timeout,
-         MessagePointer& reply) {
-  if (!request) return -ENOMEM;
-  BusError error;
-  sd_bus_message* answer = nullptr;
-  const int result = sd_bus_call(bus, request.get(), static_cast<std::uint64_t>(timeout.count()),
-                                 error.get(), &answer);
-  reply.reset(answer);
-  return result;
 }
 
 }  // namespace
@@ -36,9 +25,9 @@ int send(sd_bus* bus, const MessagePointer& request, std::chrono::microseconds t
 bool AccessibilityStatus::isConnected() {
   if (bus_ && sd_bus_is_open(bus_.get()) <= 0) bus_.reset();
   const auto now = steady_clock::now();
-  if (!backOff_.isDue(now)) return false;
+  if (!backOff_.isDue(now) || patience_.isOver()) return false;
   if (bus_) return true;
-  bus_ = openBus(nullptr, timeout_);
+  bus_ = openBus(nullptr, patience_.forRequest());
   if (!bus_) noteFailure(-ENOTCONN);
   return bus_ != nullptr;
 }
@@ -62,10 +51,11 @@ void AccessibilityStatus::noteSilence(int result) {
 std::optional<std::string> AccessibilityStatus::busAddress() {
   if (!isConnected()) return std::nullopt;
   sd_bus_message* request = nullptr;
-  sd_bus_message_new_method_call(bus_.get(), &request, service, object, service, "GetAddress");
+  sd_bus_message_new_method_call(bus_.get(), &request, service, launcherObject, service,
+                                 "GetAddress");
   const MessagePointer owner(request);
   MessagePointer reply;
-  const int result = send(bus_.get(), owner, timeout_, reply);
+  const int result = callBus(bus_.get(), owner, patience_.forRequest(), reply);
   const char* address = nullptr;
   if (result < 0 || sd_bus_message_read(reply.get(), "s", &address) <= 0 || !*address) {
     noteFailure(result);
@@ -83,7 +73,8 @@ bool AccessibilityStatus::isEnabled() {
   isEnabled_ = false;
   if (!isConnected()) return false;
   MessagePointer reply;
-  const int result = send(bus_.get(), propertyCall(bus_.get(), "Get"), timeout_, reply);
+  const int result =
+      callBus(bus_.get(), propertyCall(bus_.get(), "Get"), patience_.forRequest(), reply);
   if (result < 0) {
     noteSilence(result);
     return false;
@@ -99,7 +90,7 @@ void AccessibilityStatus::enable() {
   const MessagePointer request = propertyCall(bus_.get(), "Set");
   MessagePointer reply;
   if (!request || sd_bus_message_append(request.get(), "v", "b", 1) < 0) return;
-  const int result = send(bus_.get(), request, timeout_, reply);
+  const int result = callBus(bus_.get(), request, patience_.forRequest(), reply);
   isEnabled_ = result >= 0;
   if (result < 0) noteSilence(result);
 }

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "linux/process/BackOff.h"
+#include "linux/process/Patience.h"
 #include "linux/session/Bus.h"
 #include "platform/SystemLog.h"
 
@@ -14,7 +15,7 @@ namespace kestro {
 
 class AccessibilityStatus {
  public:
-  explicit AccessibilityStatus(SystemLog& log) : log_(log) {}
+  AccessibilityStatus(const Patience& patience, SystemLog& log) : patience_(patience), log_(log) {}
 
   // Absent when there is no session bus, or nobody there offers accessibility.
   std::optional<std::string> busAddress();
@@ -25,15 +26,13 @@ class AccessibilityStatus {
   // desktops start one for it.
   void enable();
 
-  void setTimeout(std::chrono::microseconds timeout) { timeout_ = timeout; }
-
  private:
   bool isConnected();
   void noteFailure(int result);
   void noteSilence(int result);
 
+  const Patience& patience_;
   SystemLog& log_;
-  std::chrono::microseconds timeout_{std::chrono::seconds(2)};
   BackOff backOff_{std::chrono::seconds(1), std::chrono::seconds(60)};
   bool hasLoggedAbsence_ = false;
   BusPointer bus_;

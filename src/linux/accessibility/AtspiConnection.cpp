@@ -12,8 +12,11 @@ using std::chrono::steady_clock;
 
 constexpr std::string_view timeoutError = "org.freedesktop.DBus.Error.Timeout";
 constexpr std::string_view noReplyError = "org.freedesktop.DBus.Error.NoReply";
-// More than ever arrives between two samples, so that taking it ends.
-constexpr int mostArrivals = 10'000;
+// What arrives without being waited for is late answers. Large ones of an application that floods
+// the bus are taken a little at a time.
+constexpr std::chrono::milliseconds longestTaking{20};
+// Requests that may be under way at one time: an application's answers are as large as it likes.
+constexpr std::size_t mostUnderWay = 64;
 
 std::string destinationOf(const MessagePointer& request) {
   const char* name = sd_bus_message_get_destination(request.get());
@@ -64,19 +67,6 @@ bool hasTimedOut(const Batch::Call& call, microseconds timeout) {
   return error && error->name && noReplyError == error->name && call.waited >= timeout;
 }
 
-void waitFor(const Batch& batch, sd_bus* bus, microseconds timeout) {
-  const auto deadline = steady_clock::now() + timeout;
-  while (batch.pending > 0) {
-    const int processed = sd_bus_process(bus, nullptr);
-    if (processed < 0) return;
-    if (processed > 0) continue;
-    const auto left = std::chrono::duration_cast<microseconds>(deadline - steady_clock::now());
-    // A little more than the calls' own timeout, so that they end by it.
-    if (left < std::chrono::milliseconds(-50)) return;
-    if (sd_bus_wait(bus, microsecondCount(std::max(left, microseconds(1000)))) < 0) return;
-  }
-}
-
 }  // namespace
 
 AccessibilityError accessibilityError(int result, const char* errorName) {
@@ -107,14 +97,9 @@ AccessibilityError accessibilityError(int result, const char* errorName) {
   return isLoss ? AccessibilityError::cannotComplete : AccessibilityError::failure;
 }
 
-void AtspiConnection::setTimeout(microseconds timeout) {
-  timeout_ = timeout;
-  status_.setTimeout(timeout);
-}
-
 bool AtspiConnection::isConnected() {
   if (bus_ && sd_bus_is_open(bus_.get()) <= 0) disconnect();
-  return bus_ || connect();
+  return bus_ || (!patience_.isOver() && connect());
 }
 
 bool AtspiConnection::connect() {
@@ -122,7 +107,7 @@ bool AtspiConnection::connect() {
   if (!backOff_.isDue(now)) return false;
   status_.enable();
   const auto address = status_.busAddress();
-  bus_ = address ? openBus(address->c_str(), timeout_) : nullptr;
+  bus_ = address ? openBus(address->c_str(), patience_.forRequest()) : nullptr;
   if (!bus_) {
     if (address) logAbsence("the accessibility bus does not answer");
     backOff_.noteFailure(steady_clock::now());
@@ -177,7 +162,8 @@ int AtspiConnection::onMessage(sd_bus_message* message, void* connection, sd_bus
 }
 
 void AtspiConnection::processArrived() {
-  for (int count = 0; bus_ && count < mostArrivals; ++count) {
+  const auto end = steady_clock::now() + longestTaking;
+  while (bus_ && steady_clock::now() < end) {
     if (sd_bus_process(bus_.get(), nullptr) <= 0) break;
   }
   if (bus_ && sd_bus_is_open(bus_.get()) <= 0) disconnect();
@@ -195,65 +181,72 @@ void AtspiConnection::noteTimeout(const std::string& busName) {
 }
 
 AccessibilityError AtspiConnection::admit(const MessagePointer& request) {
-  if (!request || !bus_) return AccessibilityError::cannotComplete;
-  if (isSilenced(destinationOf(request))) return AccessibilityError::cannotComplete;
-  onRequest_();
+  const bool isPossible = request && bus_ && !patience_.isOver();
+  if (!isPossible || isSilenced(destinationOf(request)) || !pay_()) {
+    return AccessibilityError::cannotComplete;
+  }
   return AccessibilityError::success;
 }
 
 AccessibilityError AtspiConnection::noteError(const std::string& busName, int result,
                                               const sd_bus_error* error) {
   const char* name = error ? error->name : nullptr;
-  // Only the own timeout says that the peer is there and silent; an error is an answer.
+  // The application says itself that it takes too long.
   if (name && timeoutError == name) noteTimeout(busName);
   if (sd_bus_is_open(bus_.get()) <= 0) disconnect();
   return accessibilityError(result, name);
 }
 
 AtspiReply AtspiConnection::call(const MessagePointer& request) {
-  if (const auto refusal = admit(request); refusal != AccessibilityError::success) {
-    return {nullptr, refusal};
-  }
-  const std::string busName = destinationOf(request);
-  BusError error;
-  sd_bus_message* reply = nullptr;
-  const int result =
-      sd_bus_call(bus_.get(), request.get(), microsecondCount(timeout_), error.get(), &reply);
-  if (result < 0) return {nullptr, noteError(busName, result, error.get())};
-  noteSuccess();
-  noteAnswer(busName);
-  return {MessagePointer(reply), AccessibilityError::success};
+  return std::move(callTogether({&request, 1}).front());
 }
 
-std::vector<AtspiReply> AtspiConnection::callTogether(const std::vector<MessagePointer>& requests) {
+std::vector<AtspiReply> AtspiConnection::callTogether(std::span<const MessagePointer> requests) {
   std::vector<AtspiReply> replies(requests.size());
+  for (std::size_t first = 0; first < requests.size(); first += mostUnderWay) {
+    const std::size_t count = std::min(mostUnderWay, requests.size() - first);
+    callSome(requests.subspan(first, count), std::span(replies).subspan(first, count));
+  }
+  return replies;
+}
+
+void AtspiConnection::callSome(std::span<const MessagePointer> requests,
+                               std::span<AtspiReply> replies) {
+  const microseconds timeout = patience_.forRequest();
   Batch batch(requests.size());
   for (std::size_t index = 0; index < requests.size(); ++index) {
     replies[index].error = admit(requests[index]);
     if (replies[index].error != AccessibilityError::success) continue;
     Batch::Call& call = batch.calls[index];
     const int result = sd_bus_call_async(bus_.get(), &call.slot, requests[index].get(),
-                                         Batch::onReply, &call, microsecondCount(timeout_));
+                                         Batch::onReply, &call, microsecondCount(timeout));
     if (result >= 0) ++batch.pending;
   }
-  if (batch.pending > 0) waitFor(batch, bus_.get(), timeout_);
+  // A little more than the calls' own timeout, so that they end by it.
+  constexpr std::chrono::milliseconds margin{50};
+  if (batch.pending > 0) {
+    serveBus(bus_.get(), timeout + margin, [&] { return batch.pending == 0; });
+  }
+  const bool wasCutShort = batch.pending > 0 && patience_.isOver();
+  if (wasCutShort) pay_();
   std::set<std::string> silent;  // noted once, however many of its calls timed out
   for (std::size_t index = 0; index < requests.size(); ++index) {
     MessagePointer& answer = batch.calls[index].reply;
     if (replies[index].error != AccessibilityError::success) continue;
+    const std::string busName = destinationOf(requests[index]);
     if (!bus_ || !answer) {
       replies[index].error = AccessibilityError::cannotComplete;
     } else if (const auto* error = sd_bus_message_get_error(answer.get())) {
-      if (hasTimedOut(batch.calls[index], timeout_)) silent.insert(destinationOf(requests[index]));
-      replies[index].error = noteError(destinationOf(requests[index]), -EIO, error);
+      if (!wasCutShort && hasTimedOut(batch.calls[index], timeout)) silent.insert(busName);
+      replies[index].error = noteError(busName, -EIO, error);
     } else {
       noteSuccess();
+      noteAnswer(busName);
       replies[index].message = std::move(answer);
     }
   }
   for (const std::string& busName : silent)
     noteTimeout(busName);
-  return replies;
 }
 
 }  // namespace kestro

@@ -1,12 +1,14 @@
 // The connection to the accessibility bus. Every request has a timeout; one that an application
 // lets pass makes all further requests to it fail at once, until something comes from it or a
-// growing delay is over. Connects again by itself when the bus vanishes. Main thread only.
+// growing delay is over. A wait that the end of the sample cuts short says nothing about the
+// application. Connects again by itself when the bus vanishes. Main thread only.
 #pragma once
 
 #include <chrono>
 #include <functional>
 #include <map>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +16,7 @@
 #include "linux/accessibility/AccessibilityStatus.h"
 #include "linux/accessibility/AtspiObject.h"
 #include "linux/process/BackOff.h"
+#include "linux/process/Patience.h"
 #include "linux/session/Bus.h"
 #include "platform/Accessibility.h"
 
@@ -27,12 +30,11 @@ struct AtspiReply {
 
 class AtspiConnection {
  public:
-  // `onRequest` is called for every message that is sent.
-  AtspiConnection(AccessibilityStatus& status, SystemLog& log, std::function<void()> onRequest)
-      : status_(status), log_(log), onRequest_(std::move(onRequest)) {}
-
-  // Bounds each later request.
-  void setTimeout(std::chrono::microseconds timeout);
+  // `pay` is called for every message before it is sent (false: it must not be), and when a wait
+  // was cut short.
+  AtspiConnection(AccessibilityStatus& status, const Patience& patience, SystemLog& log,
+                  std::function<bool()> pay)
+      : status_(status), patience_(patience), log_(log), pay_(std::move(pay)) {}
 
   // Whether requests can be made now; connects when there is no connection and a try is due.
   bool isConnected();
@@ -43,9 +45,9 @@ class AtspiConnection {
   MessagePointer request(const AtspiObject& object, const char* interface, const char* member);
   AtspiReply call(const MessagePointer& request);
   // The same for requests that are sent together. Replies are in the requests' order.
-  std::vector<AtspiReply> callTogether(const std::vector<MessagePointer>& requests);
+  std::vector<AtspiReply> callTogether(std::span<const MessagePointer> requests);
 
-  // Takes what has arrived without being waited for.
+  // Takes what has arrived without being waited for, for a few milliseconds.
   void processArrived();
 
   // Whether requests to this peer fail at once.
@@ -60,14 +62,15 @@ class AtspiConnection {
   void logAbsence(std::string_view line);
   void noteSuccess();
   AccessibilityError admit(const MessagePointer& request);
+  void callSome(std::span<const MessagePointer> requests, std::span<AtspiReply> replies);
   void noteAnswer(const std::string& busName) { silences_.erase(busName); }
   void noteTimeout(const std::string& busName);
   AccessibilityError noteError(const std::string& busName, int result, const sd_bus_error* error);
 
   AccessibilityStatus& status_;
+  const Patience& patience_;
   SystemLog& log_;
-  std::function<void()> onRequest_;
-  std::chrono::microseconds timeout_{std::chrono::seconds(2)};
+  std::function<bool()> pay_;
   BackOff backOff_{std::chrono::seconds(1), std::chrono::seconds(30)};
   bool hasLoggedAbsence_ = false;
   BusPointer bus_;

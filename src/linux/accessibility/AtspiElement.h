@@ -56,6 +56,11 @@ class AtspiElement final : public UIElementReference {
   AtspiObject object_;
 };
 
+// What the live desktop knows an element of its own by.
+inline const AtspiElement& atspiElementOf(const UIElement& element) {
+  return static_cast<const AtspiElement&>(element.reference());
+}
+
 inline UIElement makeElement(AtspiElement::Kind kind, ProcessIdentifier process,
                              AtspiObject object = {}) {
   return UIElement(std::make_shared<AtspiElement>(kind, process, std::move(object)));

@@ -1,9 +1,26 @@
 #include "linux/accessibility/AtspiMessages.h"
 
+#include <cstring>
 #include <limits>
 
 namespace kestro {
 namespace {
+
+// An answer is as large as an application likes. No title, path or attribute that anybody uses is
+// longer than this, and no sample can look at more objects.
+constexpr std::size_t longestAnsweredText = 65'536;  // bytes
+constexpr std::size_t longestAttributes = 65'536;    // bytes of one answer
+constexpr std::size_t mostObjects = SampleBudget::usualRequests;
+
+// Cut between two characters.
+std::string boundedText(const char* text) {
+  const std::size_t length = strnlen(text, longestAnsweredText + 1);
+  if (length <= longestAnsweredText) return {text, length};
+  std::size_t end = longestAnsweredText;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+    --end;
+  return {text, end};
+}
 
 bool enterVariant(sd_bus_message* message, const char* contents) {
   return sd_bus_message_enter_container(message, 'v', contents) > 0;
@@ -12,7 +29,7 @@ bool enterVariant(sd_bus_message* message, const char* contents) {
 AccessibilityResult<std::string> readText(sd_bus_message* message) {
   const char* text = nullptr;
   if (sd_bus_message_read(message, "s", &text) <= 0) return AccessibilityError::failure;
-  return std::string(text);
+  return boundedText(text);
 }
 
 AccessibilityResult<AtspiObject> readObject(sd_bus_message* message) {
@@ -112,7 +129,8 @@ AccessibilityResult<std::vector<AtspiObject>> objectsOf(const AtspiReply& reply)
   std::vector<AtspiObject> objects;
   const char* busName = nullptr;
   const char* path = nullptr;
-  while (sd_bus_message_read(message, "(so)", &busName, &path) > 0) {
+  while (objects.size() < mostObjects &&
+         sd_bus_message_read(message, "(so)", &busName, &path) > 0) {
     AtspiObject object{busName, path};
     if (!object.isNull()) objects.push_back(std::move(object));
   }
@@ -128,8 +146,13 @@ AccessibilityResult<AtspiAttributes> attributesOf(const AtspiReply& reply) {
   AtspiAttributes attributes;
   const char* key = nullptr;
   const char* value = nullptr;
-  while (sd_bus_message_read(message, "{ss}", &key, &value) > 0)
-    attributes[key] = value;
+  std::size_t bytes = 0;
+  while (bytes < longestAttributes && sd_bus_message_read(message, "{ss}", &key, &value) > 0) {
+    std::string name = boundedText(key);
+    std::string text = boundedText(value);
+    bytes += name.size() + text.size() + 1;
+    attributes[std::move(name)] = std::move(text);
+  }
   return attributes;
 }
 
@@ -139,8 +162,11 @@ AccessibilityResult<std::vector<std::string>> textsOf(const AtspiReply& reply) {
   if (sd_bus_message_enter_container(message, 'a', "s") <= 0) return AccessibilityError::failure;
   std::vector<std::string> texts;
   const char* text = nullptr;
-  while (sd_bus_message_read(message, "s", &text) > 0)
-    texts.emplace_back(text);
+  for (std::size_t bytes = 0;
+       bytes < longestAttributes && sd_bus_message_read(message, "s", &text) > 0;
+       bytes += texts.back().size() + 1) {
+    texts.push_back(boundedText(text));
+  }
   return texts;
 }
 

@@ -86,8 +86,7 @@ AccessibilityResult<std::vector<UIElement>> AtspiSearch::find(const AtspiElement
 
 void AtspiSearch::examine(const UIElement& element, Progress& progress) {
   if (progress.isOver()) return;
-  const auto& reference = static_cast<const AtspiElement&>(element.reference());
-  if (meets(reference, progress.search.conditions)) progress.found.push_back(element);
+  if (meets(atspiElementOf(element), progress.search.conditions)) progress.found.push_back(element);
 }
 
 AccessibilityError AtspiSearch::searchPage(const AtspiObject& page, std::int64_t levels,

@@ -32,10 +32,6 @@ std::string actionName(const std::string& atspiName) {
   return row == std::end(actionRows) ? atspiName : std::string(row->axName);
 }
 
-const AtspiElement& reference(const UIElement& element) {
-  return static_cast<const AtspiElement&>(element.reference());
-}
-
 // What a person would take for "on": true, a number that is not zero, or a text that begins with
 // one.
 bool isOn(const AttributeValue& value) {
@@ -57,7 +53,8 @@ std::optional<double> numberOf(const AttributeValue& value) {
 AccessibilityError LinuxAccessibility::setAttributeValue(const UIElement& element,
                                                          std::string_view attribute,
                                                          const AttributeValue& value) {
-  const auto& known = reference(element);
+  if (!mayAsk(element)) return AccessibilityError::cannotComplete;
+  const auto& known = atspiElementOf(element);
   if (known.kind() == Kind::application) {
     const bool isSwitch =
         attribute == "AXEnhancedUserInterface" || attribute == "AXManualAccessibility";
@@ -123,9 +120,10 @@ AccessibilityResult<std::vector<LinuxAccessibility::Action>> LinuxAccessibility:
 
 AccessibilityResult<std::vector<std::string>> LinuxAccessibility::copyActionNames(
     const UIElement& element) {
+  if (!mayAsk(element)) return AccessibilityError::cannotComplete;
   std::vector<std::string> names;
-  if (reference(element).kind() != Kind::object) return names;
-  const auto known = actions(reference(element).object());
+  if (atspiElementOf(element).kind() != Kind::object) return names;
+  const auto known = actions(atspiElementOf(element).object());
   // An element without the interface has no actions, which is no error on the designed platform.
   if (!known.value && known.error == AccessibilityError::attributeUnsupported) return names;
   if (!known.value) return known.error;
@@ -136,8 +134,9 @@ AccessibilityResult<std::vector<std::string>> LinuxAccessibility::copyActionName
 
 AccessibilityResult<std::string> LinuxAccessibility::copyActionDescription(
     const UIElement& element, std::string_view action) {
-  if (reference(element).kind() != Kind::object) return AccessibilityError::actionUnsupported;
-  const auto known = actions(reference(element).object());
+  if (!mayAsk(element)) return AccessibilityError::cannotComplete;
+  if (atspiElementOf(element).kind() != Kind::object) return AccessibilityError::actionUnsupported;
+  const auto known = actions(atspiElementOf(element).object());
   if (!known.value) return known.error;
   const auto found = std::ranges::find(*known.value, action, &Action::name);
   if (found == known.value->end()) return AccessibilityError::actionUnsupported;
@@ -146,8 +145,9 @@ AccessibilityResult<std::string> LinuxAccessibility::copyActionDescription(
 
 AccessibilityError LinuxAccessibility::performAction(const UIElement& element,
                                                      std::string_view action) {
-  if (reference(element).kind() != Kind::object) return AccessibilityError::actionUnsupported;
-  const AtspiObject& object = reference(element).object();
+  if (!mayAsk(element)) return AccessibilityError::cannotComplete;
+  if (atspiElementOf(element).kind() != Kind::object) return AccessibilityError::actionUnsupported;
+  const AtspiObject& object = atspiElementOf(element).object();
   const auto known = actions(object);
   if (!known.value) return known.error;
   const auto found = std::ranges::find(*known.value, action, &Action::name);

@@ -11,10 +11,7 @@ namespace {
 
 using Kind = AtspiElement::Kind;
 
-// Every handle that reaches this backend was made by it.
-const AtspiElement& reference(const UIElement& element) {
-  return static_cast<const AtspiElement&>(element.reference());
-}
+constexpr std::chrono::milliseconds longestSample{500};
 
 bool isReadableObject(const AtspiElement& element) {
   return element.kind() == Kind::object || element.kind() == Kind::pageScrollArea;
@@ -40,8 +37,8 @@ bool isEnhancementSwitch(std::string_view attribute) {
 
 LinuxAccessibility::LinuxAccessibility(X11Desktop& desktop, ApplicationIdentity& identity,
                                        SampleGeneration& generation, SystemLog& log)
-    : status_(log),
-      connection_(status_, log, [this] { countRequests(); }),
+    : status_(patience_, log),
+      connection_(status_, patience_, log, [this] { return pay(); }),
       reader_(connection_, generation),
       applications_(connection_, reader_, generation),
       windows_(applications_, reader_, desktop, generation),
@@ -49,6 +46,25 @@ LinuxAccessibility::LinuxAccessibility(X11Desktop& desktop, ApplicationIdentity&
       search_(attributes_, reader_) {
   // Applications look at this when they start.
   status_.enable();
+}
+
+void LinuxAccessibility::beginSample(Seconds now) {
+  Accessibility::beginSample(now);
+  patience_.setDeadline(Patience::Clock::now() + longestSample);
+}
+
+bool LinuxAccessibility::endSample() {
+  patience_.setDeadline(std::nullopt);
+  return Accessibility::endSample();
+}
+
+bool LinuxAccessibility::pay() {
+  if (patience_.isOver()) budget().useUp();
+  return payForRequest();
+}
+
+bool LinuxAccessibility::mayAsk(const UIElement& element) {
+  return budget().admits(atspiElementOf(element).process());
 }
 
 bool LinuxAccessibility::isTrusted() const {
@@ -66,27 +82,28 @@ std::optional<UIElement> LinuxAccessibility::systemWideElement() {
 
 AccessibilityError LinuxAccessibility::setMessagingTimeout(const UIElement& element,
                                                            float seconds) {
-  if (reference(element).kind() != Kind::systemWide) return AccessibilityError::notImplemented;
+  if (atspiElementOf(element).kind() != Kind::systemWide) return AccessibilityError::notImplemented;
   constexpr float shortest = 0.01F;
   constexpr float longest = 60;
   // Zero stands for the platform's own choice.
   const float timeout = seconds == 0 ? 2 : seconds;
   if (!(timeout > 0)) return AccessibilityError::illegalArgument;
-  connection_.setTimeout(std::chrono::duration_cast<std::chrono::microseconds>(
+  patience_.setTimeout(std::chrono::duration_cast<std::chrono::microseconds>(
       std::chrono::duration<float>(std::clamp(timeout, shortest, longest))));
   return AccessibilityError::success;
 }
 
 AccessibilityResult<ProcessIdentifier> LinuxAccessibility::processIdentifier(
     const UIElement& element) {
-  const auto& known = reference(element);
+  const auto& known = atspiElementOf(element);
   if (known.kind() == Kind::systemWide) return AccessibilityError::illegalArgument;
   return known.process();
 }
 
 AccessibilityResult<AttributeValue> LinuxAccessibility::copyAttributeValue(
     const UIElement& element, std::string_view attribute) {
-  const auto& known = reference(element);
+  if (!mayAsk(element)) return AccessibilityError::cannotComplete;
+  const auto& known = atspiElementOf(element);
   if (isReadableObject(known)) return attributes_.value(known, attribute);
   if (known.kind() == Kind::application) return applicationValue(known.process(), attribute);
   return AccessibilityError::attributeUnsupported;
@@ -94,7 +111,8 @@ AccessibilityResult<AttributeValue> LinuxAccessibility::copyAttributeValue(
 
 AccessibilityResult<std::vector<std::string>> LinuxAccessibility::copyAttributeNames(
     const UIElement& element) {
-  const auto& known = reference(element);
+  if (!mayAsk(element)) return AccessibilityError::cannotComplete;
+  const auto& known = atspiElementOf(element);
   if (isReadableObject(known)) return attributes_.names(known);
   if (known.kind() != Kind::application) return AccessibilityError::illegalArgument;
   return std::vector<std::string>(applicationAttributes.begin(), applicationAttributes.end());
@@ -102,7 +120,8 @@ AccessibilityResult<std::vector<std::string>> LinuxAccessibility::copyAttributeN
 
 AccessibilityResult<std::int64_t> LinuxAccessibility::attributeValueCount(
     const UIElement& element, std::string_view attribute) {
-  const auto& known = reference(element);
+  if (!mayAsk(element)) return AccessibilityError::cannotComplete;
+  const auto& known = atspiElementOf(element);
   if (isReadableObject(known)) return attributes_.count(known, attribute);
   const auto value = copyAttributeValue(element, attribute);
   if (!value.value) return value.error;
@@ -205,7 +224,8 @@ AccessibilityError LinuxAccessibility::enhance(ProcessIdentifier process, bool i
 
 AccessibilityResult<UIElement> LinuxAccessibility::copyElementAtPosition(
     const UIElement& application, float x, float y) {
-  const auto& known = reference(application);
+  if (!mayAsk(application)) return AccessibilityError::cannotComplete;
+  const auto& known = atspiElementOf(application);
   if (known.kind() == Kind::systemWide) return AccessibilityError::notImplemented;
   const Point point = rootPoint({x, y}, windows_.snapshot().monitors);
   const auto window = windowAt(known.process(), point);
@@ -227,7 +247,8 @@ AccessibilityResult<UIElement> LinuxAccessibility::copyElementAtPosition(
 
 AccessibilityResult<std::vector<UIElement>> LinuxAccessibility::findElements(
     const UIElement& root, const ElementSearch& search) {
-  const auto& known = reference(root);
+  if (!mayAsk(root)) return AccessibilityError::cannotComplete;
+  const auto& known = atspiElementOf(root);
   if (!isReadableObject(known)) return AccessibilityError::notImplemented;
   return search_.find(known, search);
 }
@@ -254,7 +275,8 @@ std::optional<AtspiObject> LinuxAccessibility::windowAt(ProcessIdentifier proces
 
 AccessibilityResult<bool> LinuxAccessibility::isAttributeSettable(const UIElement& element,
                                                                   std::string_view attribute) {
-  const auto& known = reference(element);
+  if (!mayAsk(element)) return AccessibilityError::cannotComplete;
+  const auto& known = atspiElementOf(element);
   if (known.kind() == Kind::application) return isEnhancementSwitch(attribute);
   if (known.kind() != Kind::object) return false;
   if (attribute != "AXValue" && attribute != "AXFocused") return false;

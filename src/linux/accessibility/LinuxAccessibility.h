@@ -16,6 +16,9 @@ class LinuxAccessibility final : public Accessibility {
   LinuxAccessibility(X11Desktop& desktop, ApplicationIdentity& identity,
                      SampleGeneration& generation, SystemLog& log);
 
+  // Besides its requests, a sample has half a second of time.
+  void beginSample(Seconds now) override;
+  bool endSample() override;
   // Whether the accessibility bus can be used.
   bool isTrusted() const override;
   std::optional<UIElement> applicationElement(ProcessIdentifier process) override;
@@ -49,6 +52,9 @@ class LinuxAccessibility final : public Accessibility {
     std::string description;
   };
 
+  // Whether the budget of the sample allows a question to the application of the element.
+  bool mayAsk(const UIElement& element);
+  bool pay();
   AccessibilityResult<AttributeValue> applicationValue(ProcessIdentifier process,
                                                        std::string_view attribute);
   AccessibilityResult<AttributeValue> mainWindow(ProcessIdentifier process);
@@ -68,6 +74,7 @@ class LinuxAccessibility final : public Accessibility {
   AccessibilityResult<std::vector<Action>> actions(const AtspiObject& object);
   std::optional<AtspiObject> windowAt(ProcessIdentifier process, Point rootPoint);
 
+  Patience patience_;
   mutable AccessibilityStatus status_;
   mutable AtspiConnection connection_;
   AtspiReader reader_;

@@ -5,19 +5,19 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <csignal>
 #include <ctime>
 #include <stdexcept>
 #include <utility>
 
+#include "linux/process/TerminationSignals.h"
+
 namespace kestro {
 namespace {
 
 using Microseconds = std::uint64_t;
 
-constexpr std::array terminationSignals{SIGTERM, SIGINT, SIGHUP};
 // How far the kernel may shift a wake-up to join it with others.
 constexpr Microseconds timerAccuracy = 5'000;
 
@@ -111,19 +111,6 @@ std::unique_ptr<Timer> makeTimer(sd_event* event, LinuxRunLoop& loop, Moment due
   return timer;
 }
 
-sigset_t terminationSignalSet() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  for (const int signal : terminationSignals)
-    sigaddset(&signals, signal);
-  return signals;
-}
-
-void blockTerminationSignals() {
-  const sigset_t signals = terminationSignalSet();
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-}
-
 // Waits until the time is over or a termination signal is pending, which stays so: its descriptor
 // is looked at and never read.
 void waitForTerminationSignal(Microseconds duration) {
@@ -155,7 +142,7 @@ LinuxRunLoop::LinuxRunLoop(SampleGeneration& generation, SystemLog& log)
 }
 
 bool LinuxRunLoop::addSources() {
-  for (const int signal : terminationSignals) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     if (sd_event_add_signal(event_, nullptr, signal, onSignal, this) < 0) return false;
   }
   if (sd_event_add_defer(event_, &postedSource_, onPosted, this) < 0) return false;

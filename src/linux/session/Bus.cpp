@@ -1,24 +1,15 @@
 #include "linux/session/Bus.h"
 
+#include <algorithm>
+#include <cerrno>
+
+#include "linux/process/TerminationSignals.h"
+
 namespace kestro {
 namespace {
 
 using std::chrono::microseconds;
 using std::chrono::steady_clock;
-
-bool waitUntilReady(sd_bus* bus, microseconds timeout) {
-  const auto deadline = steady_clock::now() + timeout;
-  while (true) {
-    const int ready = sd_bus_is_ready(bus);
-    if (ready != 0) return ready > 0;
-    const int processed = sd_bus_process(bus, nullptr);
-    if (processed < 0) return false;
-    if (processed > 0) continue;
-    const auto left = std::chrono::duration_cast<microseconds>(deadline - steady_clock::now());
-    if (left.count() <= 0) return false;
-    if (sd_bus_wait(bus, static_cast<std::uint64_t>(left.count())) < 0) return false;
-  }
-}
 
 BusPointer startBus(const char* address) {
   sd_bus* bus = nullptr;
@@ -37,8 +28,40 @@ BusPointer startBus(const char* address) {
 
 BusPointer openBus(const char* address, microseconds timeout) {
   BusPointer bus = startBus(address);
-  if (!bus || !waitUntilReady(bus.get(), timeout)) return nullptr;
-  return bus;
+  if (!bus) return nullptr;
+  const auto isReady = [&] { return sd_bus_is_ready(bus.get()) > 0; };
+  return serveBus(bus.get(), timeout, isReady) ? std::move(bus) : nullptr;
+}
+
+bool serveBus(sd_bus* bus, microseconds longest, const std::function<bool()>& isDone) {
+  const auto deadline = steady_clock::now() + longest;
+  while (!isDone()) {
+    const auto left = std::chrono::duration_cast<microseconds>(deadline - steady_clock::now());
+    if (left.count() <= 0 || isTerminationPending()) return false;
+    const int processed = sd_bus_process(bus, nullptr);
+    if (processed < 0) return false;
+    if (processed > 0) continue;
+    const auto turn = std::min<microseconds>(left, longestWaitingTurn);
+    if (sd_bus_wait(bus, static_cast<std::uint64_t>(turn.count())) < 0) return false;
+  }
+  return true;
+}
+
+int callBus(sd_bus* bus, const MessagePointer& request, microseconds timeout,
+            MessagePointer& reply) {
+  if (!request) return -ENOMEM;
+  sd_bus_slot* slot = nullptr;
+  const auto keepReply = [](sd_bus_message* message, void* kept, sd_bus_error*) {
+    static_cast<MessagePointer*>(kept)->reset(sd_bus_message_ref(message));
+    return 0;
+  };
+  const int result = sd_bus_call_async(bus, &slot, request.get(), keepReply, &reply,
+                                       static_cast<std::uint64_t>(timeout.count()));
+  if (result < 0) return result;
+  const bool isAnswered = serveBus(bus, timeout, [&] { return reply != nullptr; });
+  sd_bus_slot_unref(slot);
+  if (!isAnswered) return isTerminationPending() ? -ECANCELED : -ETIMEDOUT;
+  return -sd_bus_message_get_errno(reply.get());
 }
 
 }  // namespace kestro

@@ -5,6 +5,7 @@
 #include <systemd/sd-bus.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 
 namespace kestro {
@@ -21,6 +22,15 @@ using MessagePointer = std::unique_ptr<sd_bus_message, MessageDeleter>;
 
 // A ready connection to the bus at `address` (null: the session bus), or null.
 BusPointer openBus(const char* address, std::chrono::microseconds timeout);
+
+// Serves the connection until `isDone` says so. False when that is not reached: the time is over,
+// the connection is lost, or a signal asks the helper to end.
+bool serveBus(sd_bus* bus, std::chrono::microseconds longest, const std::function<bool()>& isDone);
+
+// One call and its answer. Negative without one: the error of the call, as libsystemd numbers it
+// (-ETIMEDOUT after `timeout`, -ECANCELED when a signal asks the helper to end).
+int callBus(sd_bus* bus, const MessagePointer& request, std::chrono::microseconds timeout,
+            MessagePointer& reply);
 
 // The body of an error, freed when it goes.
 class BusError {

@@ -25,7 +25,38 @@ PropertyListArray descriptions(const std::vector<UIElement>& elements) {
   return texts;
 }
 
-PropertyListDictionary transcriptFields(const Activity& activity, std::uint64_t requests) {
+// What reading the other applications has cost.
+struct SampleCost {
+  std::uint64_t requests = 0;
+  bool hasUsedUpBudget = false;
+};
+
+// Counts from its making on.
+class SampleMeter {
+ public:
+  explicit SampleMeter(Platform& platform)
+      : accessibility_(platform.accessibility), before_(accessibility_.requestCount()) {
+    accessibility_.beginSample(platform.clock.monotonicTime());
+  }
+  ~SampleMeter() { end(); }
+  SampleMeter(const SampleMeter&) = delete;
+  SampleMeter& operator=(const SampleMeter&) = delete;
+
+  // Once; the sample reads nothing afterwards.
+  SampleCost end() {
+    if (hasEnded_) return {};
+    hasEnded_ = true;
+    const bool hasUsedUpBudget = accessibility_.endSample();
+    return {accessibility_.requestCount() - before_, hasUsedUpBudget};
+  }
+
+ private:
+  Accessibility& accessibility_;
+  std::uint64_t before_;
+  bool hasEnded_ = false;
+};
+
+PropertyListDictionary transcriptFields(const Activity& activity, const SampleCost& cost) {
   PropertyListDictionary fields;
   fields.setIfPresent("application", activity.application().localizedName);
   fields.setIfPresent("applicationBundleIdentifier", activity.applicationBundleIdentifier());
@@ -41,7 +72,8 @@ PropertyListDictionary transcriptFields(const Activity& activity, std::uint64_t 
   fields.setIfPresent("documentPath", activity.details.documentPath);
   fields.setIfPresent("contextPath", activity.details.contextPath);
   fields.set("isPrivateBrowsing", activity.details.isPrivateBrowsing);
-  fields.set("requests", requests);
+  fields.set("requests", cost.requests);
+  if (cost.hasUsedUpBudget) fields.set("budgetUsedUp", true);
   return fields;
 }
 
@@ -64,7 +96,7 @@ struct InfoLogger::State {
   std::optional<Activity> currentActivity();
   template <class Step>
   void guarded(std::string_view name, Step step);
-  void record(const std::optional<Activity>& activity, std::uint64_t requests) const;
+  void record(const std::optional<Activity>& activity, const SampleCost& cost) const;
   void store(Date time, const std::optional<Activity>& activity);
 
   Process& process;
@@ -108,6 +140,7 @@ void InfoLogger::State::updatePausedSampling() {
 
 // Nothing of it is recorded or stored: the user has paused tracking.
 void InfoLogger::State::sampleForCalls() {
+  const SampleMeter meter(process.platform());
   auto activity = currentActivity();
   if (!activity) return;
   guarded("the application's extractor", [&] { extractor->callInfoExtractorFor(*activity); });
@@ -116,7 +149,7 @@ void InfoLogger::State::sampleForCalls() {
 
 void InfoLogger::State::sample() {
   const Date time = process.platform().clock.now();
-  const std::uint64_t requestsBefore = process.platform().accessibility.requestCount();
+  SampleMeter meter(process.platform());
   auto activity = currentActivity();
   if (activity) {
     guarded("the application's extractor", [&] { extractor->callInfoExtractorFor(*activity); });
@@ -124,7 +157,7 @@ void InfoLogger::State::sample() {
       guarded("the call detector", [&] { callDetector->updateCallStatusForActivity(*activity); });
     }
   }
-  record(activity, process.platform().accessibility.requestCount() - requestsBefore);
+  record(activity, meter.end());
   if (timer) store(time, activity);
 }
 
@@ -150,11 +183,11 @@ void InfoLogger::State::guarded(std::string_view name, Step step) {
 }
 
 void InfoLogger::State::record(const std::optional<Activity>& activity,
-                               std::uint64_t requests) const {
+                               const SampleCost& cost) const {
   Transcript& transcript = process.platform().transcript;
   if (!transcript.isActive()) return;
   if (activity) {
-    transcript.record("activity", transcriptFields(*activity, requests));
+    transcript.record("activity", transcriptFields(*activity, cost));
   } else {
     transcript.record("noActivity", {});
   }
