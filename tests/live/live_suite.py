@@ -5,6 +5,7 @@ import pathlib
 import signal
 import socket
 import subprocess
+import time
 import unittest
 
 import processes
@@ -101,18 +102,45 @@ class QtTest(LiveTest):
         # A modal dialog stands for the one window that it belongs to.
         self.assertEqual(sample["windowTitle"], "Document window")
 
+    def test_slow_application(self):
+        """One that answers every few seconds is read whole now and then, and sampled every second."""
+        self.start_window("Slow window")
+        before = self.helper.now()
+        press("s")
+        self.helper.wait_for_activity("a sample that ran out of its budget",
+                                      lambda each: each.get("budgetUsedUp"), after=before)
+        start = self.helper.now()
+        samples = self.helper.wait_for_samples(12, start, seconds=20)
+        times = [sample["t"] for sample in samples]
+        self.assertLess(max(later - earlier for earlier, later in zip(times, times[1:])), 2.0, times)
+        self.assertEqual({each.get("windowTitle") for each in samples}, {"Slow window"})
+        # Most of them ask nothing.
+        self.assertLess(len([each for each in samples if each["requests"] > 0]), 6, samples)
+
+    def test_ends_at_once(self):
+        """Also while it waits for an answer."""
+        self.start_window("Last window")
+        press("h")
+        time.sleep(1.0)
+        before = time.monotonic()
+        helper, type(self).helper = self.helper, None
+        self.assertEqual(helper.terminate(), 0)
+        self.assertLess(time.monotonic() - before, 1.0)
+        type(self).helper = Helper()
+
     def test_hanging_application(self):
         self.start_window("Hanging window")
         before = self.helper.now()
         press("h")
         self.check_that_samples_keep_coming(before, count=5)
-        hanging = [each for each in self.helper.samples(before) if not each["accessibilityWindows"]]
+        hanging = [each for each in self.helper.samples(before)
+                   if not each.get("accessibilityWindows")]
         self.assertTrue(hanging, "no sample found the application hanging")
         self.assertEqual({each.get("windowTitle") for each in hanging}, {"Hanging window"})
         # Not every sample waits for the application again.
         self.assertIn(0, [each["requests"] for each in hanging])
         self.helper.wait_for_activity("the application is read again",
-                                      lambda each: each["accessibilityWindows"],
+                                      lambda each: each.get("accessibilityWindows"),
                                       after=hanging[-1]["t"])
 
 

@@ -227,8 +227,8 @@ void AtspiConnection::callSome(std::span<const MessagePointer> requests,
   if (batch.pending > 0) {
     serveBus(bus_.get(), timeout + margin, [&] { return batch.pending == 0; });
   }
-  const bool wasCutShort = batch.pending > 0 && patience_.isOver();
-  if (wasCutShort) pay_();
+  const bool isTimeOver = patience_.isOver();
+  bool isCutShort = false;
   std::set<std::string> silent;  // noted once, however many of its calls timed out
   for (std::size_t index = 0; index < requests.size(); ++index) {
     MessagePointer& answer = batch.calls[index].reply;
@@ -236,8 +236,11 @@ void AtspiConnection::callSome(std::span<const MessagePointer> requests,
     const std::string busName = destinationOf(requests[index]);
     if (!bus_ || !answer) {
       replies[index].error = AccessibilityError::cannotComplete;
+      isCutShort = true;
     } else if (const auto* error = sd_bus_message_get_error(answer.get())) {
-      if (!wasCutShort && hasTimedOut(batch.calls[index], timeout)) silent.insert(busName);
+      const bool hasWaited = hasTimedOut(batch.calls[index], timeout);
+      if (hasWaited && isTimeOver) isCutShort = true;
+      if (hasWaited && !isTimeOver) silent.insert(busName);
       replies[index].error = noteError(busName, -EIO, error);
     } else {
       noteSuccess();
@@ -245,6 +248,7 @@ void AtspiConnection::callSome(std::span<const MessagePointer> requests,
       replies[index].message = std::move(answer);
     }
   }
+  if (isTimeOver && isCutShort) pay_();
   for (const std::string& busName : silent)
     noteTimeout(busName);
 }
