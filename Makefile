@@ -2,6 +2,7 @@
 # changed. `make help` lists them.
 .DEFAULT_GOAL := help
 SCENE ?= scenes/demo-day.json
+JOBS := $(shell nproc)
 
 .PHONY: help programs run run-json live test live-test lint bench sanitize fuzz clean
 
@@ -33,9 +34,9 @@ live: programs
 
 test:
 	@scripts/setup build test
-	@cmake --preset debug >/dev/null
-	@cmake --build --preset debug
-	@ctest --preset debug -j2
+	@cmake --preset release >/dev/null
+	@cmake --build --preset release --target tests
+	@ctest --preset release -j$(JOBS)
 
 live-test: programs
 	@scripts/setup live
@@ -50,7 +51,7 @@ sanitize:
 	@scripts/setup build test
 	@cmake --preset sanitize >/dev/null
 	@cmake --build --preset sanitize
-	@ctest --preset sanitize -j2
+	@ctest --preset sanitize -j$(JOBS)
 
 fuzz:
 	@scripts/setup build test fuzz
