@@ -102,6 +102,11 @@ class AccessibilityElement {
 
 using AccessibilityElements = AccessibilityElement::List;
 
+// For searches: the element has this class among those that its page gives it.
+inline ElementCondition hasClass(std::string name) {
+  return {attribute::domClassList, std::move(name), ElementCondition::Kind::member};
+}
+
 // The depth that callers pass to searches when they want to search as deep as allowed: the
 // preference AXUIElement_maxRecursionLevel, 20 when absent, 1000 at most, read once per process.
 std::int64_t maxRecursionLevel(Process& process);

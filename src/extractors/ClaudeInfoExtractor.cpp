@@ -30,12 +30,11 @@ std::optional<AccessibilityElement> servicePage(const AccessibilityElement& wind
 
 std::optional<AccessibilityElement> chatButton(const AccessibilityElement& page) {
   const auto depth = maxRecursionLevel(page.process());
-  auto element = page.firstDescendantWith({{attribute::domClassList, "dframe-root"}}, depth);
+  auto element = page.firstDescendantWith({hasClass("dframe-root")}, depth);
   if (element) element = element->firstDescendantWithSubrole(subrole::landmarkMain, depth);
   if (!element) return std::nullopt;
   return element->firstDescendantWith(
-      {{attribute::role, std::string(role::button)}, {attribute::domClassList, "cursor-text"}},
-      depth);
+      {{attribute::role, std::string(role::button)}, hasClass("cursor-text")}, depth);
 }
 
 // What the chat belongs to, by the link beside its button or, without one, by a menu there that

@@ -15,7 +15,7 @@ constexpr int textDepth = 8;
 // The title stands in the part of the button that takes the room left by icons and the age.
 std::optional<std::string> threadTitle(const AccessibilityElement& button) {
   constexpr std::size_t mostParts = 5;
-  auto parts = button.descendantsWith({{attribute::domClassList, "flex-1"}}, textDepth, mostParts);
+  auto parts = button.descendantsWith({hasClass("flex-1")}, textDepth, mostParts);
   std::erase(parts, button);
   return firstNonNil(
       parts, [](const AccessibilityElement& part) { return lineOf(staticTexts(part, textDepth)); });
@@ -63,10 +63,9 @@ std::optional<std::string> projectAround(const AccessibilityElement& button,
 }
 
 std::vector<std::string> contextPathIn(const AccessibilityElement& sidebar) {
-  const auto button =
-      sidebar.firstDescendantWith({{attribute::role, std::string(role::button)},
-                                   {attribute::domClassList, "bg-primary-ghost-hover"}},
-                                  maxRecursionLevel(sidebar.process()));
+  const auto button = sidebar.firstDescendantWith(
+      {{attribute::role, std::string(role::button)}, hasClass("bg-primary-ghost-hover")},
+      maxRecursionLevel(sidebar.process()));
   const auto thread = button ? threadTitle(*button) : std::nullopt;
   if (!thread) return {};
   return codexContextPath(projectAround(*button, sidebar), *thread);

@@ -14,7 +14,7 @@ constexpr int textDepth = 8;
 // By the first title tab that says it is this window's.
 std::optional<std::string> chatTitle(const AccessibilityElement& window) {
   constexpr std::size_t mostTabs = 10;
-  const auto tabs = window.descendantsWith({{attribute::domClassList, "chat-title-tab-trigger"}},
+  const auto tabs = window.descendantsWith({hasClass("chat-title-tab-trigger")},
                                            maxRecursionLevel(window.process()), mostTabs);
   const auto tab = firstMatching(
       [&](const AccessibilityElement& found) {
@@ -35,8 +35,7 @@ std::optional<std::string> nameIn(const AccessibilityElement& head) {
 std::optional<AccessibilityElement> headAround(const AccessibilityElement& entry,
                                                const AccessibilityElement& sidebar) {
   for (const AccessibilityElement& ancestor : ancestorsUpTo(sidebar, entry)) {
-    const auto heads =
-        ancestor.descendantsWith({{attribute::domClassList, "ui-sidebar-section-head"}}, 1, 2);
+    const auto heads = ancestor.descendantsWith({hasClass("ui-sidebar-section-head")}, 1, 2);
     if (heads.empty()) continue;
     if (heads.front() == ancestor || heads.front() == entry) return std::nullopt;
     return only(heads);
@@ -48,10 +47,9 @@ std::optional<std::string> sectionName(const AccessibilityElement& window,
                                        const std::string& title) {
   constexpr std::size_t mostEntries = 5;
   const auto depth = maxRecursionLevel(window.process());
-  const auto sidebar =
-      window.firstDescendantWith({{attribute::subrole, std::string(subrole::landmarkNavigation)},
-                                  {attribute::domClassList, "ui-sidebar"}},
-                                 depth);
+  const auto sidebar = window.firstDescendantWith(
+      {{attribute::subrole, std::string(subrole::landmarkNavigation)}, hasClass("ui-sidebar")},
+      depth);
   if (!sidebar) return std::nullopt;
   const auto entries = sidebar->descendantsWith({{attribute::value, title}}, depth, mostEntries);
   const auto head = firstNonNil(

@@ -99,8 +99,8 @@ std::vector<Conditions> entryConditions(const ActivityDetails& details) {
       }
     }
   } else if (details.documentPath) {
-    searches.push_back(
-        {{attribute::role, std::string(role::link)}, {attribute::url, *details.documentPath}});
+    searches.push_back({{attribute::role, std::string(role::link)},
+                        {attribute::url, *details.documentPath, ElementCondition::Kind::address}});
   }
   return searches;
 }

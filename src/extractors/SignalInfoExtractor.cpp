@@ -24,8 +24,7 @@ std::optional<AccessibilityElement> applicationContainer(const AccessibilityElem
 // What the chosen side tab shows: the list of conversations and the open one.
 std::optional<AccessibilityElement> tabPanel(const AccessibilityElement& container) {
   const auto depth = maxRecursionLevel(container.process());
-  const auto tabs =
-      container.firstDescendantWith({{attribute::domClassList, "NavTabs__Container"}}, depth);
+  const auto tabs = container.firstDescendantWith({hasClass("NavTabs__Container")}, depth);
   return tabs ? tabs->firstDescendantWithSubrole(subrole::tabPanel, depth) : std::nullopt;
 }
 
