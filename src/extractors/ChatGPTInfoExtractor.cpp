@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 #include "extractors/TitleParts.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroUI.h"
 
 namespace kestro {
@@ -56,9 +57,10 @@ std::optional<std::string> chatOfToolbar(const AccessibilityElement& toolbar,
   return firstNonNil(buttons, [&](const AccessibilityElement& button) {
     auto text = button.nonEmptyString(attribute::description);
     if (!text) return text;
-    const auto chat = list.firstDescendantWith(
-        {{attribute::role, std::string(role::button)}, {attribute::description, *text}},
-        wrapperLevels);
+    const auto chat =
+        list.firstDescendantWith({{attribute::role, std::string(role::button)},
+                                  ElementCondition::says(attribute::description, *text)},
+                                 wrapperLevels);
     return chat ? text : std::nullopt;
   });
 }
@@ -79,7 +81,7 @@ std::vector<std::string> groupTexts(const AccessibilityElement& toolbar) {
   return texts;
 }
 
-std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
+std::vector<std::string> chatGPTPath(const AccessibilityElement& window) {
   const auto splitGroup = window.firstDescendantWithRole(role::splitGroup, wrapperLevels);
   if (!splitGroup) return {};
   const Parts parts = partsOf(*splitGroup);
@@ -95,21 +97,18 @@ std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
 std::vector<std::string> chatGPTContextPath(std::vector<std::string> toolbarTexts,
                                             const std::optional<std::string>& chat) {
   std::erase_if(toolbarTexts, [&](const std::string& text) {
-    return text.starts_with("ChatGPT") || text == "New Chat" || text == chat;
+    return comparableText(text).starts_with("ChatGPT") || isSameText(text, "New Chat") ||
+           (chat && isSameText(text, *chat));
   });
   std::vector<std::string> path;
   if (!toolbarTexts.empty()) path.push_back(joined(toolbarTexts, ", "));
-  if (chat && *chat != "ChatGPT" && *chat != "New Chat") path.push_back(*chat);
+  const bool namesChat = chat && !isSameText(*chat, "ChatGPT") && !isSameText(*chat, "New Chat");
+  if (namesChat) path.push_back(*chat);
   return path;
 }
 
 void ChatGPTInfoExtractor::writeDetailsForActivity(Activity& activity) {
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    auto path = contextPathOf(window);
-    if (path.empty()) continue;
-    activity.details.contextPath = std::move(path);
-    return;
-  }
+  writeFirstContextPath(process_, activity, chatGPTPath);
 }
 
 }  // namespace kestro

@@ -2,8 +2,8 @@
 
 #include "extractors/AccessibilityElement.h"
 #include "extractors/EnhancedAccessibility.h"
+#include "foundation/ComparableText.h"
 #include "platform/UserDefaults.h"
-#include "product/KestroLegacy.h"
 
 namespace kestro {
 namespace {
@@ -50,7 +50,8 @@ std::optional<std::string> projectBeside(const AccessibilityElement& button,
   const auto menu = firstWithRole(role::popUpButton, siblings);
   const auto text = menu ? menu->nonEmptyString(attribute::title) : std::nullopt;
   const auto project = text ? claudeChatTitle(*text) : std::nullopt;
-  return project == chatTitle ? std::nullopt : project;
+  const bool isChat = project && chatTitle && isSameText(*project, *chatTitle);
+  return isChat ? std::nullopt : project;
 }
 
 }  // namespace
@@ -66,8 +67,8 @@ bool isClaudePage(std::string_view address, std::string_view serviceAddress) {
 }
 
 std::optional<std::string> claudeChatTitle(std::string_view buttonTitle) {
-  if (buttonTitle == "Claude") return std::nullopt;
-  std::string title = removingSuffixIfPresent(buttonTitle, " - Claude");
+  if (isSameText(buttonTitle, "Claude")) return std::nullopt;
+  std::string title = removingSameSuffix(buttonTitle, " - Claude");
   return title.empty() ? std::nullopt : std::optional(std::move(title));
 }
 

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "extractors/ContextPath.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/StaticTexts.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroDatabase.h"
 #include "product/KestroUI.h"
 
@@ -71,7 +73,7 @@ std::vector<std::string> contextPathIn(const AccessibilityElement& sidebar) {
   return codexContextPath(projectAround(*button, sidebar), *thread);
 }
 
-std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
+std::vector<std::string> codexPath(const AccessibilityElement& window) {
   constexpr std::size_t mostSidebars = 5;
   const auto sidebars =
       window.descendantsWith({{attribute::subrole, std::string(subrole::landmarkNavigation)}},
@@ -89,18 +91,13 @@ std::vector<std::string> codexContextPath(const std::optional<std::string>& proj
                                           const std::string& thread) {
   std::vector<std::string> path;
   if (project) path.push_back(*project);
-  if (thread != "New Chat") path.push_back(thread);
+  if (!isSameText(thread, "New Chat")) path.push_back(thread);
   return path;
 }
 
 void CodexInfoExtractor::writeDetailsForActivity(Activity& activity) {
   enableEnhancedAccessibility(process_, activity);
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    auto path = contextPathOf(window);
-    if (path.empty()) continue;
-    activity.details.contextPath = std::move(path);
-    return;
-  }
+  writeFirstContextPath(process_, activity, codexPath);
 }
 
 }  // namespace kestro

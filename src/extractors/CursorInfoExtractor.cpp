@@ -51,7 +51,8 @@ std::optional<std::string> sectionName(const AccessibilityElement& window,
       {{attribute::subrole, std::string(subrole::landmarkNavigation)}, hasClass("ui-sidebar")},
       depth);
   if (!sidebar) return std::nullopt;
-  const auto entries = sidebar->descendantsWith({{attribute::value, title}}, depth, mostEntries);
+  const auto entries = sidebar->descendantsWith({ElementCondition::says(attribute::value, title)},
+                                                depth, mostEntries);
   const auto head = firstNonNil(
       entries, [&](const AccessibilityElement& entry) { return headAround(entry, *sidebar); });
   return head ? nameIn(*head) : std::nullopt;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 #include "product/KestroUI.h"
 
 namespace kestro {
@@ -62,12 +62,7 @@ std::vector<std::string> selectedPath(const AccessibilityElement& window) {
 }  // namespace
 
 void FinalCutInfoExtractor::writeDetailsForActivity(Activity& activity) {
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    auto path = selectedPath(window);
-    if (path.empty()) continue;
-    activity.details.contextPath = std::move(path);
-    return;
-  }
+  writeFirstContextPath(process_, activity, selectedPath);
 }
 
 }  // namespace kestro

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 
+#include "extractors/ContextPath.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/StaticTexts.h"
 #include "extractors/WebAreas.h"
+#include "foundation/ComparableText.h"
 
 namespace kestro {
 namespace {
@@ -47,7 +49,7 @@ std::vector<std::string> namesIn(const AccessibilityElement& toolbar) {
   return names;
 }
 
-std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
+std::vector<std::string> gitHubDesktopPath(const AccessibilityElement& window) {
   for (const AccessibilityElement& webArea : webAreas(window, nullptr)) {
     const auto toolbar = toolbarOf(webArea);
     auto path = toolbar ? namesIn(*toolbar) : std::vector<std::string>();
@@ -57,17 +59,19 @@ std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
 }
 
 // The button of the remote is labelled with what it would do or does.
-bool isActionLabel(std::string_view label) {
-  constexpr std::array<std::string_view, 5> verbs{"Fetch", "Pull", "Push", "Publish", "Force push"};
+bool isActionLabel(std::string_view text) {
+  constexpr std::array<std::string_view, 5> verbs{"fetch", "pull", "push", "publish", "force push"};
+  const std::string label = caselessText(text);
   return std::ranges::any_of(verbs, [&](std::string_view verb) {
     if (!label.starts_with(verb)) return false;
-    const auto rest = label.substr(verb.size());
+    const std::string rest = label.substr(verb.size());
     return rest.empty() || rest.starts_with(' ') || rest.starts_with("ing");
   });
 }
 
 bool isLabel(std::string_view text) {
-  return text == "Current repository" || text == "Current branch" || isActionLabel(text);
+  const std::string label = caselessText(text);
+  return label == "current repository" || label == "current branch" || isActionLabel(text);
 }
 
 }  // namespace
@@ -82,12 +86,7 @@ std::optional<std::string> gitHubDesktopName(const std::vector<std::string>& but
 
 void GitHubDesktopInfoExtractor::writeDetailsForActivity(Activity& activity) {
   enableEnhancedAccessibility(process_, activity);
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    auto path = contextPathOf(window);
-    if (path.empty()) continue;
-    activity.details.contextPath = std::move(path);
-    return;
-  }
+  writeFirstContextPath(process_, activity, gitHubDesktopPath);
 }
 
 }  // namespace kestro

@@ -2,6 +2,7 @@
 
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/TitleParts.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroLegacy.h"
 
 namespace kestro {
@@ -13,8 +14,9 @@ std::vector<std::string> MicrosoftTeamsInfoExtractor::contextPath(
     std::string_view windowTitle) const {
   auto parts = titleParts(windowTitle, " | ");
   std::erase(parts, "");
-  std::erase(parts, "Microsoft Teams");
-  std::erase(parts, "Chat");
+  std::erase_if(parts, [](const std::string& part) {
+    return isSameText(part, "Microsoft Teams") || isSameText(part, "Chat");
+  });
   if (parts.empty()) return parts;
   const auto match = firstMatch(parts.front(), nameWithAddition_);
   if (match) parts.front() = match->captures[1].value_or("");

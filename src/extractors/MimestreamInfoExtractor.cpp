@@ -1,6 +1,7 @@
 #include "extractors/MimestreamInfoExtractor.h"
 
 #include "extractors/AccessibilityElement.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroUI.h"
 
 namespace kestro {
@@ -57,7 +58,7 @@ std::vector<std::string> selectedMessage(const AccessibilityElement& window) {
 }  // namespace
 
 bool namesMimestreamMessage(std::string_view windowTitle) {
-  return !windowTitle.empty() && windowTitle != "New Message";
+  return !windowTitle.empty() && !isSameText(windowTitle, "New Message");
 }
 
 void MimestreamInfoExtractor::writeDetailsForActivity(Activity& activity) {

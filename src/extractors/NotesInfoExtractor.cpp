@@ -4,7 +4,7 @@
 
 #include "accessibility/UIElementUtilities.h"
 #include "extractors/AccessibilityElement.h"
-#include "product/KestroDatabase.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroLegacy.h"
 #include "product/KestroUI.h"
 
@@ -80,13 +80,13 @@ std::optional<std::string> selectedNote(const AccessibilityElement& window) {
 // Whether the title says more than the application's name.
 bool namesNote(const std::string& title, const std::optional<std::string>& applicationName) {
   if (title.empty()) return false;
-  return !applicationName || title != removingInvisibleControlCharacters(*applicationName);
+  return !applicationName || !isSameText(title, *applicationName);
 }
 
 }  // namespace
 
 std::optional<std::string> noteTitle(const std::string& text) {
-  if (text.empty() || text.starts_with("…")) return std::nullopt;
+  if (text.empty() || comparableText(text).starts_with("…")) return std::nullopt;
   return truncated(text, longestText, TruncationPosition::end);
 }
 

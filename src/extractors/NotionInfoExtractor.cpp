@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <array>
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/WebAreas.h"
+#include "foundation/ComparableText.h"
 #include "foundation/TextCase.h"
 
 namespace kestro {
 namespace {
 
 using Conditions = AccessibilityElement::Conditions;
-using Path = std::vector<std::string>;
 
 // Bounds on the ways to and from one entry, and on the entries tried: a page that is titled like
 // its every paragraph must not make a sample slow.
@@ -60,8 +60,8 @@ bool isInListOfPages(const AccessibilityElement& element) {
   return false;
 }
 
-Path namesBefore(const AccessibilityElement& crumb, const AccessibilityElements& siblings) {
-  Path names;
+ContextPath namesBefore(const AccessibilityElement& crumb, const AccessibilityElements& siblings) {
+  ContextPath names;
   for (const AccessibilityElement& sibling : siblings) {
     if (sibling == crumb) break;
     if (auto name = crumbName(sibling)) names.push_back(std::move(*name));
@@ -71,7 +71,7 @@ Path namesBefore(const AccessibilityElement& crumb, const AccessibilityElements&
 
 // The names before the entry in the line that it ends, and the entry's own. Empty when there is no
 // such line.
-Path pathEndingAt(const AccessibilityElement& entry) {
+ContextPath pathEndingAt(const AccessibilityElement& entry) {
   const auto title = labelOf(entry);
   AccessibilityElement crumb = entry;
   for (int climbed = 0; title && climbed <= mostWrappers; ++climbed) {
@@ -79,7 +79,7 @@ Path pathEndingAt(const AccessibilityElement& entry) {
     if (!container || container->role() != role::group) return {};
     const auto siblings = container->children();
     if (siblings.size() > mostCrumbs || !containsElement(siblings, crumb)) return {};
-    Path path = namesBefore(crumb, siblings);
+    ContextPath path = namesBefore(crumb, siblings);
     if (!path.empty()) {
       path.push_back(*title);
       return path;
@@ -92,10 +92,11 @@ Path pathEndingAt(const AccessibilityElement& entry) {
 // How the open page's entry is known: by the window's title or, without one, by the page's address.
 std::vector<Conditions> entryConditions(const ActivityDetails& details) {
   std::vector<Conditions> searches;
-  if (details.windowTitle && !details.windowTitle->empty()) {
+  if (details.windowTitle && !comparableText(*details.windowTitle).empty()) {
     for (const std::string_view wanted : crumbRoles) {
       for (const std::string_view label : {attribute::title, attribute::description}) {
-        searches.push_back({{attribute::role, std::string(wanted)}, {label, *details.windowTitle}});
+        searches.push_back({{attribute::role, std::string(wanted)},
+                            ElementCondition::says(label, *details.windowTitle)});
       }
     }
   } else if (details.documentPath) {
@@ -105,7 +106,7 @@ std::vector<Conditions> entryConditions(const ActivityDetails& details) {
   return searches;
 }
 
-Path pathIn(const AccessibilityElement& webArea, const ActivityDetails& details) {
+ContextPath pathIn(const AccessibilityElement& webArea, const ActivityDetails& details) {
   const auto depth = maxRecursionLevel(webArea.process());
   for (const Conditions& conditions : entryConditions(details)) {
     for (const AccessibilityElement& entry :
@@ -122,14 +123,13 @@ Path pathIn(const AccessibilityElement& webArea, const ActivityDetails& details)
 
 void NotionInfoExtractor::writeDetailsForActivity(Activity& activity) {
   enableEnhancedAccessibility(process_, activity);
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+  writeFirstContextPath(process_, activity, [&](const AccessibilityElement& window) {
     for (const AccessibilityElement& webArea : webAreas(window, nullptr)) {
       auto path = pathIn(webArea, activity.details);
-      if (path.empty()) continue;
-      activity.details.contextPath = std::move(path);
-      return;
+      if (!path.empty()) return path;
     }
-  }
+    return ContextPath();
+  });
 }
 
 }  // namespace kestro

@@ -1,6 +1,6 @@
 #include "extractors/SignalInfoExtractor.h"
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/WebAreas.h"
 #include "product/KestroDatabase.h"
@@ -28,7 +28,7 @@ std::optional<AccessibilityElement> tabPanel(const AccessibilityElement& contain
   return tabs ? tabs->firstDescendantWithSubrole(subrole::tabPanel, depth) : std::nullopt;
 }
 
-std::optional<std::string> nameIn(const AccessibilityElement& text) {
+std::optional<std::string> nameBy(const AccessibilityElement& text) {
   const auto value = text.value();
   return value ? signalHeaderText(*value) : std::nullopt;
 }
@@ -37,7 +37,7 @@ std::optional<std::string> nameOn(const AccessibilityElement& button) {
   const auto depth = maxRecursionLevel(button.process());
   return firstNonNil(
       button.descendantsWith({{attribute::role, std::string(role::staticText)}}, depth, mostTexts),
-      nameIn);
+      nameBy);
 }
 
 // The name on the first button that has one.
@@ -102,12 +102,10 @@ std::optional<std::string> signalHeaderText(std::string_view text) {
 
 void SignalInfoExtractor::writeDetailsForActivity(Activity& activity) {
   enableEnhancedAccessibility(process_, activity);
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+  writeFirstContextPath(process_, activity, [](const AccessibilityElement& window) {
     const auto conversation = firstNonNil(webAreas(window, nullptr), conversationIn);
-    if (!conversation || conversation->empty()) continue;
-    activity.details.contextPath = {*conversation};
-    return;
-  }
+    return conversation && !conversation->empty() ? ContextPath{*conversation} : ContextPath();
+  });
 }
 
 }  // namespace kestro

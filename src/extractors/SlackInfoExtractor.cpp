@@ -5,6 +5,7 @@
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/TitleParts.h"
 #include "extractors/WebAreas.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroLegacy.h"
 #include "product/KestroUI.h"
 
@@ -18,7 +19,8 @@ SlackInfoExtractor::SlackInfoExtractor(Process& process)
       marker_(R"(^(!|\*|\^) (.*)$)"),
       trailingCounter_(R"(^\d+ .+$)") {}
 
-bool SlackInfoExtractor::isDecoration(const std::string& part) const {
+bool SlackInfoExtractor::isDecoration(const std::string& titlePart) const {
+  const std::string part = comparableText(titlePart);
   return matches(part, applicationName_) || matches(part, callTimer_) ||
          part.find(" new items") != std::string::npos || matches(part, unreadCounter_);
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "foundation/ComparableText.h"
+
 namespace kestro {
 namespace {
 
@@ -22,10 +24,15 @@ bool isAmong(const std::string& text, const AttributeValue& value) {
 
 }  // namespace
 
+ElementCondition ElementCondition::says(std::string_view attribute, std::string_view text) {
+  return {attribute, comparableText(text), Kind::sameText};
+}
+
 bool ElementCondition::holdsFor(const AttributeValue& value) const {
   if (kind == Kind::member) return isAmong(text, value);
   const std::string* single = kind == Kind::address ? addressOf(value) : textOf(value);
-  return single && *single == text;
+  if (!single) return false;
+  return kind == Kind::sameText ? comparableText(*single) == text : *single == text;
 }
 
 }  // namespace kestro

@@ -126,6 +126,7 @@ TEST(ElementCondition, aValueOfAnotherTypeCountsAsAbsent) {
     std::vector<AttributeValue> met, missed;
   } cases[] = {
       {Kind::text, {text}, {address, list, mixed, "A", true}},
+      {Kind::sameText, {text, "\u200Ea"}, {address, list, mixed, "A", "b"}},
       {Kind::member, {list}, {text, address, mixed, AttributeValue::List{}}},
       {Kind::address, {text, address}, {list, mixed, WebAddress{"b"}}},
   };

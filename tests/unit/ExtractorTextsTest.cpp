@@ -41,6 +41,8 @@ TEST(DiscordTexts, contextPath) {
       {"Friends - Discord", "Friends"},
       {"Mara|Jo | Discord - Discord", "Mara|Jo"},
       {"Discord Fans - Discord", "Discord Fans"},
+      {"#harbour | Studio\u2069 - Discord\u2069", "Studio\u2069 > #harbour"},
+      {"#harbour | \u2068Discord\u2069", "#harbour"},
       {"Discord", ""},
       {" - Discord", ""},
       {"", ""},
@@ -72,6 +74,7 @@ TEST_F(SlackTexts, contextPath) {
       {"a | 1000 replies", "a"},
       {"1000 replies", "1000 replies"},
       {"a | Studio 🎉 ", "Studio > a"},
+      {"general | Studio | \u2068Slack\u2069", "Studio > general"},
       {"Slack", ""},
       {"🎉", ""},
   };
@@ -87,6 +90,7 @@ TEST_F(MicrosoftTeamsTexts, contextPath) {
       {"(External) | Microsoft Teams", "(External)"},
       {"Plan () | x", "Plan () > x"},
       {"Chat with Jo | Microsoft Teams", "Chat with Jo"},
+      {"Chat\u200E | \u2068Mara\u2069 | Microsoft Teams\u200E", "\u2068Mara\u2069"},
       {"Microsoft Teams", ""},
       {" | Microsoft Teams", ""},
       {"Mara Lind |  | Studio", "Mara Lind > Studio"},
@@ -135,6 +139,11 @@ TEST(DiaTexts, title) {
       {"Work: Tides", "Tide tables", "Tide tables"},
       {"Work: …", "Tide tables", "Tide tables"},
       {"Work:Tide", "Tide tables", "Tide tables"},
+      {"Work: Tide ta…", "\u200ETide tables", "\u200ETide tables – Work"},
+      {"Work: Tide ta…\u2069", "Tide tables", "Tide tables – Work"},
+      {"Café: Marée h…", "Mare\u0301e haute", "Mare\u0301e haute – Café"},
+      {"Work: Mare…", "Mare\u0301e haute", "Mare\u0301e haute"},
+      {"Work: \u2068…\u2069", "Tide tables", "Tide tables"},
       {"a:b: Tide", "Tide tables", "Tide tables"},
       {"Work: a: b…", "a: b: c", "a: b: c – Work"},
   };
@@ -153,6 +162,8 @@ TEST(BrowserTexts, privateTitles) {
       {"Page — Firefox Private Browsing", true, false},
       {"Page — Privater Modus", true, false},
       {"Page — privé", true, false},
+      {"Page — prive\u0301\u2069", true, false},
+      {"Page (Incognito)\u2069", false, true},
       {"(Private Browsing) — Wiki", false, false},
       {"Page — private browsing", false, false},
       {"Page (Incognito)", false, true},
@@ -167,12 +178,15 @@ TEST(BrowserTexts, privateTitles) {
     EXPECT_EQ(isFirefoxPrivateTitle(row.title, "privé"), row.isFirefoxPrivate) << row.title;
     EXPECT_EQ(isChromePrivateTitle(row.title), row.isChromePrivate) << row.title;
   }
-  EXPECT_FALSE(isFirefoxPrivateTitle("Page", "")) << "an empty suffix would make all pages private";
+  for (const char* nothing : {"", "\u200E"}) {
+    EXPECT_FALSE(isFirefoxPrivateTitle("Page", nothing)) << "it would make all pages private";
+  }
 }
 
 TEST(BrowserTexts, titleWithProfile) {
   EXPECT_EQ(titleWithProfile("Inbox", "Work"), "Inbox – Work");
   EXPECT_EQ(titleWithProfile("Homework Work", "Work"), "Homework Work");
+  EXPECT_EQ(titleWithProfile("Menu Café", "\u200ECafe\u0301"), "Menu Café");
   EXPECT_EQ(titleWithProfile("", "Work"), "Work");
   EXPECT_EQ(titleWithProfile(std::nullopt, "Work"), "Work");
 }
@@ -192,6 +206,7 @@ TEST(SafariTexts, historyLast) {
       {"History — Example", "Show All History", "Example — History"},
       {"Verlauf — A — B", "Gesamten Verlauf anzeigen", "A — B — Verlauf"},
       {"Example — History", "Show All History", "Example — History"},
+      {"De\u0301but — A", "Afficher le Début", "A — De\u0301but"},
       {"History", "Show All History", "History"},
       {" — Example", "Show All History", " — Example"},
       {"History - Example", "Show All History", "History - Example"},
@@ -216,6 +231,7 @@ TEST(NotesTexts, noteTitle) {
   EXPECT_EQ(noteTitle(fifty + "k"), "äbcdefghijäbcdefghijäbcdefghijäbcdefghijäbcdefghi…");
   EXPECT_EQ(noteTitle(""), std::nullopt);
   EXPECT_EQ(noteTitle("…the rest"), std::nullopt);
+  EXPECT_EQ(noteTitle("\u200E…the rest"), std::nullopt);
   EXPECT_EQ(noteTitle("the …"), "the …");
 }
 
