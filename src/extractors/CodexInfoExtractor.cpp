@@ -12,23 +12,24 @@
 namespace kestro {
 namespace {
 
-constexpr int textDepth = 8;
+constexpr int codexTextDepth = 8;
 
 // The title stands in the part of the button that takes the room left by icons and the age.
 std::optional<std::string> threadTitle(const AccessibilityElement& button) {
   constexpr std::size_t mostParts = 5;
-  auto parts = button.descendantsWith({hasClass("flex-1")}, textDepth, mostParts);
+  auto parts = button.descendantsWith({hasClass("flex-1")}, codexTextDepth, mostParts);
   std::erase(parts, button);
-  return firstNonNil(
-      parts, [](const AccessibilityElement& part) { return lineOf(staticTexts(part, textDepth)); });
+  return firstNonNil(parts, [](const AccessibilityElement& part) {
+    return lineOf(staticTexts(part, codexTextDepth));
+  });
 }
 
 // The first text below the header; without one its title or that of the button that opens it.
 std::optional<std::string> labelOf(const AccessibilityElement& header) {
-  const auto texts = staticTexts(header, textDepth);
+  const auto texts = staticTexts(header, codexTextDepth);
   if (!texts.empty()) return lineOf({texts.front()});
   if (auto title = header.nonEmptyString(attribute::title)) return title;
-  const auto toggle = header.firstDescendantWithSubrole(subrole::toggleButton, textDepth);
+  const auto toggle = header.firstDescendantWithSubrole(subrole::toggleButton, codexTextDepth);
   return toggle ? toggle->nonEmptyString(attribute::title) : std::nullopt;
 }
 

@@ -9,7 +9,7 @@
 namespace kestro {
 namespace {
 
-constexpr int textDepth = 8;
+constexpr int cursorTextDepth = 8;
 
 // By the first title tab that says it is this window's.
 std::optional<std::string> chatTitle(const AccessibilityElement& window) {
@@ -21,12 +21,12 @@ std::optional<std::string> chatTitle(const AccessibilityElement& window) {
         return found.elementAttribute(attribute::window) == window;
       },
       tabs);
-  return tab ? lineOf(staticTexts(*tab, textDepth)) : std::nullopt;
+  return tab ? lineOf(staticTextsOrSigns(*tab, cursorTextDepth)) : std::nullopt;
 }
 
 // A head shows its section's name first; a number of chats may follow.
 std::optional<std::string> nameIn(const AccessibilityElement& head) {
-  const auto texts = staticTexts(head, textDepth);
+  const auto texts = staticTexts(head, cursorTextDepth);
   return texts.empty() ? head.nonEmptyString(attribute::title) : lineOf({texts.front()});
 }
 

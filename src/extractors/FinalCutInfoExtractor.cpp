@@ -1,6 +1,7 @@
 #include "extractors/FinalCutInfoExtractor.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "extractors/ContextPath.h"
 #include "product/KestroUI.h"
@@ -13,7 +14,6 @@ constexpr int splitGroupDepth = 6;
 constexpr int scrollAreaDepth = 6;
 constexpr int outlineDepth = 3;
 constexpr int textDepth = 3;
-constexpr int mostRowsUp = 20;
 constexpr std::size_t mostScrollAreas = 20;
 constexpr std::size_t mostTexts = 10;
 
@@ -33,11 +33,13 @@ std::optional<std::string> nameOf(const AccessibilityElement& row) {
   return firstNonNil(texts, [](const auto& text) { return text.nonEmptyString(attribute::value); });
 }
 
-// From the outermost row to this one; rows without a name are passed over.
-std::vector<std::string> pathTo(const AccessibilityElement& selectedRow) {
-  std::vector<std::string> path;
+// From the outermost row to this one; rows without a name are passed over. Rows may disclose each
+// other: each counts once.
+ContextPath pathTo(const AccessibilityElement& selectedRow) {
+  ContextPath path;
+  std::unordered_set<AccessibilityElement> climbed;
   std::optional<AccessibilityElement> row = selectedRow;
-  for (int climbed = 0; row && climbed < mostRowsUp; ++climbed) {
+  while (row && climbed.insert(*row).second) {
     if (auto name = nameOf(*row)) path.push_back(std::move(*name));
     row = row->elementAttribute(attribute::disclosedByRow);
   }

@@ -12,15 +12,6 @@
 namespace kestro {
 namespace {
 
-// The same with further groups around its parts.
-std::optional<AccessibilityElement> wrappedToolbarOf(const AccessibilityElement& webArea) {
-  const auto depth = maxRecursionLevel(webArea.process());
-  const auto contents =
-      webArea.firstDescendantWith({{attribute::domIdentifier, "desktop-app-contents"}}, depth);
-  if (!contents) return std::nullopt;
-  return contents->firstDescendantWith({{attribute::domIdentifier, "desktop-app-toolbar"}}, depth);
-}
-
 std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& webArea) {
   constexpr int groupLevels = 3;
   std::optional<AccessibilityElement> element = webArea;
@@ -28,8 +19,8 @@ std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& webAre
     element = firstWithRole(role::group, element->children());
   }
   if (element) element = firstWithDOMIdentifier("desktop-app-contents", element->children());
-  if (element) element = firstWithDOMIdentifier("desktop-app-toolbar", element->children());
-  return element ? element : wrappedToolbarOf(webArea);
+  return element ? firstWithDOMIdentifier("desktop-app-toolbar", element->children())
+                 : std::nullopt;
 }
 
 // Repository, then branch; a button further on names neither.

@@ -60,10 +60,19 @@ bool isInListOfPages(const AccessibilityElement& element) {
   return false;
 }
 
+// Words between links make a line of the page's text; what separates crumbs has no letters.
+bool isWords(const AccessibilityElement& element) {
+  if (element.role() != role::staticText) return false;
+  const auto text = element.value();
+  return text && hasLetterOrDigit(*text);
+}
+
+// Empty too for a line of text.
 ContextPath namesBefore(const AccessibilityElement& crumb, const AccessibilityElements& siblings) {
   ContextPath names;
   for (const AccessibilityElement& sibling : siblings) {
     if (sibling == crumb) break;
+    if (isWords(sibling)) return {};
     if (auto name = crumbName(sibling)) names.push_back(std::move(*name));
   }
   return names;

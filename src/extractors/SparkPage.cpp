@@ -87,16 +87,35 @@ std::optional<std::string> sparkCurrentFolder(const AccessibilityElement& webAre
   return folder ? folder->nonEmptyString(attribute::description) : std::nullopt;
 }
 
+// Whether the line of buttons ends an article that begins with something else, as the buttons do
+// that answer the message.
+bool isBehindMessage(const AccessibilityElements& line, const AccessibilityElement& article) {
+  const auto ancestors = ancestorsUpTo(article, line.back());
+  bool isFirst = true;
+  AccessibilityElement first = line.front();
+  AccessibilityElement last = line.back();
+  for (const AccessibilityElement& ancestor : ancestors) {
+    const auto children = ancestor.children();
+    if (children.empty() || children.back() != last) return false;
+    // Beside names, in their own group, stands the date.
+    const bool isGroupOfLine = ancestor == ancestors.front() && ancestor != article;
+    isFirst = isFirst && (isGroupOfLine || children.front() == first);
+    first = last = ancestor;
+  }
+  return !isFirst;
+}
+
 // The texts on the first button that has some and on those beside it. Other buttons, such as those
-// that answer the message, stand elsewhere.
+// that answer the message, stand elsewhere; where they are the only ones nobody is named.
 std::vector<std::string> sparkCorrespondents(const AccessibilityElement& webArea) {
   const auto article = openArticle(webArea);
   if (!article) return {};
   for (const AccessibilityElement& button : allBelow(*article, role::button)) {
-    auto texts = textsOn({button});
-    if (texts.empty()) continue;
+    if (textsOn({button}).empty()) continue;
     const auto parent = button.parent();
-    return parent ? textsOn(allBelow(*parent, role::button, 1)) : texts;
+    const auto line = parent ? allBelow(*parent, role::button, 1) : AccessibilityElements();
+    if (line.empty() || isBehindMessage(line, *article)) return {};
+    return textsOn(line);
   }
   return {};
 }
