@@ -18,7 +18,7 @@ std::string diaTitle(std::string_view windowTitle, std::string_view pageTitle) {
   const auto found = windowTitle.find(separator);
   if (found == std::string_view::npos) return title;
   const std::string_view prefix = windowTitle.substr(0, found);
-  if (prefix.empty() || prefix.find(':') != std::string_view::npos) return title;
+  if (prefix.find(':') != std::string_view::npos) return title;
   const std::string rest =
       comparableText(removingSameSuffix(windowTitle.substr(found + separator.size()), "…"));
   if (rest.empty() || !comparableText(pageTitle).starts_with(rest)) return title;

@@ -40,7 +40,7 @@ std::vector<std::string> recipientsOf(const AccessibilityElement& field) {
   for (const AccessibilityElement& token : field.children()) {
     if (++examined > mostTokens) break;
     if (token.subrole() != subrole::textAttachment) continue;
-    auto recipient = token.nonEmptyString(attribute::value);
+    auto recipient = token.value();
     if (recipient) recipients.push_back(std::move(*recipient));
   }
   return recipients;

@@ -13,11 +13,10 @@ MicrosoftTeamsInfoExtractor::MicrosoftTeamsInfoExtractor(Process& process)
 std::vector<std::string> MicrosoftTeamsInfoExtractor::contextPath(
     std::string_view windowTitle) const {
   auto parts = titleParts(windowTitle, " | ");
-  std::erase(parts, "");
   std::erase_if(parts, [](const std::string& part) {
     return isSameText(part, "Microsoft Teams") || isSameText(part, "Chat");
   });
-  if (parts.empty()) return parts;
+  if (areEmpty(parts)) return {};
   const auto match = firstMatch(parts.front(), nameWithAddition_);
   if (match) parts.front() = match->captures[1].value_or("");
   return parts;

@@ -47,7 +47,7 @@ AccessibilityElements selectedCells(const AccessibilityElement& list) {
 }
 
 // The lists of notes: what the scroll areas of the window's split view hold.
-AccessibilityElements listsOf(const AccessibilityElement& window) {
+AccessibilityElements noteLists(const AccessibilityElement& window) {
   const auto splitGroup = firstWithRole(role::splitGroup, window.children());
   if (!splitGroup) return {};
   auto scrollAreas = splitGroup->children();
@@ -59,16 +59,15 @@ AccessibilityElements listsOf(const AccessibilityElement& window) {
 std::optional<std::string> selectedNote(const AccessibilityElement& window) {
   constexpr int cellDepth = 4;
   std::vector<PlacedText> texts;
-  for (const AccessibilityElement& list : listsOf(window)) {
+  for (const AccessibilityElement& list : noteLists(window)) {
     std::vector<PlacedText> found;
     for (const AccessibilityElement& cell : selectedCells(list)) {
       collectTexts(cell, cellDepth, found);
     }
     if (found.empty()) continue;
-    // An outline is the list of folders, which stands before that of the notes.
-    const bool isFolders = list.role() == role::outline;
-    if (texts.empty() || !isFolders) texts = std::move(found);
-    if (!isFolders) break;
+    texts = std::move(found);
+    // Outlines come first: that of the folders, then perhaps one of notes.
+    if (list.role() != role::outline) break;
   }
   std::ranges::stable_sort(texts, [](const PlacedText& left, const PlacedText& right) {
     return std::pair(left.position.y, left.position.x) <
@@ -79,14 +78,13 @@ std::optional<std::string> selectedNote(const AccessibilityElement& window) {
 
 // Whether the title says more than the application's name.
 bool namesNote(const std::string& title, const std::optional<std::string>& applicationName) {
-  if (title.empty()) return false;
   return !applicationName || !isSameText(title, *applicationName);
 }
 
 }  // namespace
 
 std::optional<std::string> noteTitle(const std::string& text) {
-  if (text.empty() || comparableText(text).starts_with("…")) return std::nullopt;
+  if (comparableText(text).starts_with("…")) return std::nullopt;
   return truncated(text, longestText, TruncationPosition::end);
 }
 

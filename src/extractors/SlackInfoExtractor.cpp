@@ -27,14 +27,13 @@ bool SlackInfoExtractor::isDecoration(const std::string& titlePart) const {
 
 std::vector<std::string> SlackInfoExtractor::contextPath(std::string_view windowTitle) const {
   const std::string title = removingTrailingEmojiAndWhitespace(windowTitle);
-  if (title.empty()) return {};
   auto parts = titleParts(title, title.find(" | ") == std::string::npos ? " - " : " | ");
   std::erase_if(parts, [&](const std::string& part) { return isDecoration(part); });
   for (std::string& part : parts) {
     if (const auto match = firstMatch(part, marker_)) part = match->captures[2].value_or("");
   }
-  std::erase(parts, "");
   if (parts.size() > 1 && matches(parts.back(), trailingCounter_)) parts.pop_back();
+  if (areEmpty(parts)) return {};
   std::ranges::reverse(parts);
   return parts;
 }
