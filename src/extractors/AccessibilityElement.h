@@ -78,9 +78,9 @@ class AccessibilityElement {
                                                               std::int64_t maxDepth) const;
   std::optional<AccessibilityElement> firstDescendantWithSubrole(std::string_view subrole,
                                                                  std::int64_t maxDepth) const;
-  // The first `mostFound` of them, in pre-order; this element may be the first.
+  // All of them, or the first `mostFound`, in pre-order; this element may be the first.
   List descendantsWith(const Conditions& conditions, std::int64_t maxDepth,
-                       std::size_t mostFound) const;
+                       std::size_t mostFound = mostElementsExamined) const;
   // The first element on the way from this one down its first children that satisfies the
   // predicate.
   std::optional<AccessibilityElement> firstAlongFirstChildren(std::int64_t maxDepth,
@@ -117,8 +117,8 @@ AccessibilityElements accessibilityWindows(Process& process, const Activity& act
 // The children of each element in turn.
 AccessibilityElements childrenOfAll(const AccessibilityElements& elements);
 
-// The elements around this one, the nearest first, up to `top` and with it; twelve at most. One
-// request for each.
+// The elements around this one, the nearest first, up to `top` and with it; each once, should they
+// lead back. One request for each.
 AccessibilityElements ancestorsUpTo(const AccessibilityElement& top,
                                     const AccessibilityElement& element);
 

@@ -11,7 +11,6 @@ namespace kestro {
 namespace {
 
 constexpr int wrapperLevels = 4;
-constexpr std::size_t mostToolbarElements = 20;
 
 // The parts of the window on either side of the first splitter. A hidden sidebar leaves none.
 struct Parts {
@@ -26,9 +25,8 @@ Parts partsOf(const AccessibilityElement& splitGroup) {
   return {{children.begin(), splitter}, {std::next(splitter), children.end()}};
 }
 
-AccessibilityElements firstWithin(const AccessibilityElement& element, std::string_view role,
-                                  std::size_t most) {
-  return element.descendantsWith({{attribute::role, std::string(role)}}, wrapperLevels, most);
+AccessibilityElements allWithin(const AccessibilityElement& element, std::string_view role) {
+  return element.descendantsWith({{attribute::role, std::string(role)}}, wrapperLevels);
 }
 
 std::optional<AccessibilityElement> listOfChats(const AccessibilityElements& sidebar) {
@@ -40,12 +38,11 @@ std::optional<AccessibilityElement> listOfChats(const AccessibilityElements& sid
 }
 
 std::optional<std::string> selectedChat(const AccessibilityElement& list) {
-  constexpr std::size_t mostChats = 100;
   const auto button = firstMatching(
       [](const AccessibilityElement& chat) {
         return chat.booleanAttribute(attribute::selected) == true;
       },
-      firstWithin(list, role::button, mostChats));
+      allWithin(list, role::button));
   return button ? button->nonEmptyString(attribute::description) : std::nullopt;
 }
 
@@ -53,7 +50,7 @@ std::optional<std::string> selectedChat(const AccessibilityElement& list) {
 // it.
 std::optional<std::string> chatOfToolbar(const AccessibilityElement& toolbar,
                                          const AccessibilityElement& list) {
-  const auto buttons = firstWithin(toolbar, role::button, mostToolbarElements);
+  const auto buttons = allWithin(toolbar, role::button);
   return firstNonNil(buttons, [&](const AccessibilityElement& button) {
     auto text = button.nonEmptyString(attribute::description);
     if (!text) return text;
@@ -75,7 +72,7 @@ std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& window
 
 std::vector<std::string> groupTexts(const AccessibilityElement& toolbar) {
   std::vector<std::string> texts;
-  for (const AccessibilityElement& group : firstWithin(toolbar, role::group, mostToolbarElements)) {
+  for (const AccessibilityElement& group : allWithin(toolbar, role::group)) {
     if (auto text = group.nonEmptyString(attribute::description)) texts.push_back(std::move(*text));
   }
   return texts;

@@ -17,9 +17,8 @@ std::string serviceAddressFor(Process& process) {
 
 std::optional<AccessibilityElement> servicePage(const AccessibilityElement& window,
                                                 std::string_view serviceAddress) {
-  constexpr std::size_t mostWebAreas = 10;
   const auto webAreas = window.descendantsWith({{attribute::role, std::string(role::webArea)}},
-                                               maxRecursionLevel(window.process()), mostWebAreas);
+                                               maxRecursionLevel(window.process()));
   return firstMatching(
       [&](const AccessibilityElement& webArea) {
         const auto address = webArea.urlString();

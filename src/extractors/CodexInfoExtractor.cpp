@@ -16,8 +16,7 @@ constexpr int codexTextDepth = 8;
 
 // The title stands in the part of the button that takes the room left by icons and the age.
 std::optional<std::string> threadTitle(const AccessibilityElement& button) {
-  constexpr std::size_t mostParts = 5;
-  auto parts = button.descendantsWith({hasClass("flex-1")}, codexTextDepth, mostParts);
+  auto parts = button.descendantsWith({hasClass("flex-1")}, codexTextDepth);
   std::erase(parts, button);
   return firstNonNil(parts, [](const AccessibilityElement& part) {
     return lineOf(staticTexts(part, codexTextDepth));
@@ -25,7 +24,7 @@ std::optional<std::string> threadTitle(const AccessibilityElement& button) {
 }
 
 // The first text below the header; without one its title or that of the button that opens it.
-std::optional<std::string> labelOf(const AccessibilityElement& header) {
+std::optional<std::string> sectionLabel(const AccessibilityElement& header) {
   const auto texts = staticTexts(header, codexTextDepth);
   if (!texts.empty()) return lineOf({texts.front()});
   if (auto title = header.nonEmptyString(attribute::title)) return title;
@@ -62,7 +61,7 @@ std::optional<AccessibilityElement> headerOf(const AccessibilityElement& section
 std::optional<std::string> projectAround(const AccessibilityElement& button,
                                          const AccessibilityElement& sidebar) {
   const auto header = firstNonNil(ancestorsUpTo(sidebar, button), headerOf);
-  return header ? labelOf(*header) : std::nullopt;
+  return header ? sectionLabel(*header) : std::nullopt;
 }
 
 std::vector<std::string> contextPathIn(const AccessibilityElement& sidebar) {
@@ -75,10 +74,9 @@ std::vector<std::string> contextPathIn(const AccessibilityElement& sidebar) {
 }
 
 std::vector<std::string> codexPath(const AccessibilityElement& window) {
-  constexpr std::size_t mostSidebars = 5;
   const auto sidebars =
       window.descendantsWith({{attribute::subrole, std::string(subrole::landmarkNavigation)}},
-                             maxRecursionLevel(window.process()), mostSidebars);
+                             maxRecursionLevel(window.process()));
   for (const AccessibilityElement& sidebar : sidebars) {
     auto path = contextPathIn(sidebar);
     if (!path.empty()) return path;

@@ -13,9 +13,8 @@ constexpr int cursorTextDepth = 8;
 
 // By the first title tab that says it is this window's.
 std::optional<std::string> chatTitle(const AccessibilityElement& window) {
-  constexpr std::size_t mostTabs = 10;
   const auto tabs = window.descendantsWith({hasClass("chat-title-tab-trigger")},
-                                           maxRecursionLevel(window.process()), mostTabs);
+                                           maxRecursionLevel(window.process()));
   const auto tab = firstMatching(
       [&](const AccessibilityElement& found) {
         return found.elementAttribute(attribute::window) == window;
@@ -45,14 +44,13 @@ std::optional<AccessibilityElement> headAround(const AccessibilityElement& entry
 
 std::optional<std::string> sectionName(const AccessibilityElement& window,
                                        const std::string& title) {
-  constexpr std::size_t mostEntries = 5;
   const auto depth = maxRecursionLevel(window.process());
   const auto sidebar = window.firstDescendantWith(
       {{attribute::subrole, std::string(subrole::landmarkNavigation)}, hasClass("ui-sidebar")},
       depth);
   if (!sidebar) return std::nullopt;
-  const auto entries = sidebar->descendantsWith({ElementCondition::says(attribute::value, title)},
-                                                depth, mostEntries);
+  const auto entries =
+      sidebar->descendantsWith({ElementCondition::says(attribute::value, title)}, depth);
   const auto head = firstNonNil(
       entries, [&](const AccessibilityElement& entry) { return headAround(entry, *sidebar); });
   return head ? nameIn(*head) : std::nullopt;

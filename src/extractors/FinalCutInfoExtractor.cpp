@@ -14,8 +14,6 @@ constexpr int splitGroupDepth = 6;
 constexpr int scrollAreaDepth = 6;
 constexpr int outlineDepth = 3;
 constexpr int textDepth = 3;
-constexpr std::size_t mostScrollAreas = 20;
-constexpr std::size_t mostTexts = 10;
 
 std::optional<AccessibilityElement> outlineIn(const AccessibilityElement& scrollArea) {
   if (auto outline = firstWithRole(role::outline, scrollArea.contents())) return outline;
@@ -23,7 +21,7 @@ std::optional<AccessibilityElement> outlineIn(const AccessibilityElement& scroll
 }
 
 AccessibilityElements textsOf(const AccessibilityElement& row, std::string_view wantedRole) {
-  return row.descendantsWith({{attribute::role, std::string(wantedRole)}}, textDepth, mostTexts);
+  return row.descendantsWith({{attribute::role, std::string(wantedRole)}}, textDepth);
 }
 
 // A name can be edited; the static texts beside it are counters, and names only where it cannot.
@@ -51,7 +49,7 @@ std::vector<std::string> selectedPath(const AccessibilityElement& window) {
   const auto splitGroup = window.firstDescendantWithRole(role::splitGroup, splitGroupDepth);
   if (!splitGroup) return {};
   for (const AccessibilityElement& scrollArea : splitGroup->descendantsWith(
-           {{attribute::role, std::string(role::scrollArea)}}, scrollAreaDepth, mostScrollAreas)) {
+           {{attribute::role, std::string(role::scrollArea)}}, scrollAreaDepth)) {
     const auto outline = outlineIn(scrollArea);
     const auto rows = outline ? outline->selectedRows() : AccessibilityElements{};
     if (rows.empty()) continue;

@@ -26,12 +26,10 @@ std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& webAre
 // Repository, then branch; a button further on names neither.
 std::vector<std::string> namesIn(const AccessibilityElement& toolbar) {
   constexpr std::size_t mostNames = 2;
-  constexpr std::size_t mostButtons = 30;
   constexpr int textDepth = 8;
   std::vector<std::string> names;
-  std::size_t examined = 0;
   for (const AccessibilityElement& button : toolbar.children()) {
-    if (names.size() == mostNames || ++examined > mostButtons) break;
+    if (names.size() == mostNames) break;
     if (!button.hasDOMClass("toolbar-button")) continue;
     if (auto name = gitHubDesktopName(staticTexts(button, textDepth))) {
       names.push_back(std::move(*name));

@@ -34,11 +34,8 @@ std::optional<std::string> senderOf(const AccessibilityElements& header) {
 
 // The address tokens in the field behind the label.
 std::vector<std::string> recipientsOf(const AccessibilityElement& field) {
-  constexpr std::size_t mostTokens = 100;
   std::vector<std::string> recipients;
-  std::size_t examined = 0;
   for (const AccessibilityElement& token : field.children()) {
-    if (++examined > mostTokens) break;
     if (token.subrole() != subrole::textAttachment) continue;
     auto recipient = token.value();
     if (recipient) recipients.push_back(std::move(*recipient));

@@ -9,7 +9,6 @@ namespace {
 
 // What a row or the window's split view may wrap its parts in.
 constexpr std::int64_t wrappingDepth = 6;
-constexpr std::size_t mostScrollAreas = 20;
 
 // The account that the message is sent from, then the message's subject.
 std::vector<std::string> writtenMessage(const AccessibilityElement& window) {
@@ -31,7 +30,7 @@ std::optional<AccessibilityElement> messageTable(const AccessibilityElement& win
   const auto splitGroup = firstWithRole(role::splitGroup, window.children());
   if (!splitGroup) return std::nullopt;
   return firstNonNil(splitGroup->descendantsWith({{attribute::role, std::string(role::scrollArea)}},
-                                                 wrappingDepth, mostScrollAreas),
+                                                 wrappingDepth),
                      tableIn);
 }
 

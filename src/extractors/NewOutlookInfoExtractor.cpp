@@ -11,7 +11,6 @@ namespace {
 
 // Groups around the message list. The open message, which can be a whole web page, lies deeper.
 constexpr std::int64_t listDepth = 6;
-constexpr std::size_t mostScrollAreasOfOutlook = 20;
 
 // The lists of folders and messages: the first table and the first outline of each scroll area.
 AccessibilityElements messageLists(const AccessibilityElement& window) {
@@ -19,8 +18,7 @@ AccessibilityElements messageLists(const AccessibilityElement& window) {
   const auto splitGroup = window.firstDescendantWithRole(role::splitGroup, listDepth);
   if (!splitGroup) return lists;
   for (const AccessibilityElement& scrollArea :
-       splitGroup->descendantsWith({{attribute::role, std::string(role::scrollArea)}}, listDepth,
-                                   mostScrollAreasOfOutlook)) {
+       splitGroup->descendantsWith({{attribute::role, std::string(role::scrollArea)}}, listDepth)) {
     for (const std::string_view listRole : {role::table, role::outline}) {
       const auto list = scrollArea.firstDescendantWithRole(listRole, listDepth);
       if (list && !containsElement(lists, *list)) lists.push_back(*list);

@@ -18,27 +18,21 @@ struct PlacedText {
   Point position;
 };
 
-void collectTexts(const AccessibilityElement& element, int depth, std::vector<PlacedText>& texts) {
-  if (element.role() == role::staticText) {
-    if (auto text = element.value()) {
-      const auto& utilities = element.process().shared<UIElementUtilities>();
-      texts.push_back({std::move(*text), utilities.originOfUIElement(element.handle())});
-    }
-    return;
-  }
-  if (depth == 0) return;
-  for (const AccessibilityElement& child : element.children()) {
-    collectTexts(child, depth - 1, texts);
+void collectTexts(const AccessibilityElement& cell, std::vector<PlacedText>& texts) {
+  constexpr int depth = 4;
+  for (const AccessibilityElement& element :
+       cell.descendantsWith({{attribute::role, std::string(role::staticText)}}, depth)) {
+    auto text = element.value();
+    if (!text) continue;
+    const auto& utilities = element.process().shared<UIElementUtilities>();
+    texts.push_back({std::move(*text), utilities.originOfUIElement(element.handle())});
   }
 }
 
 // The cells of the rows that are selected in a list; empty when it is no list of rows with cells.
 AccessibilityElements selectedCells(const AccessibilityElement& list) {
   AccessibilityElements cells;
-  constexpr std::size_t mostRows = 10;
-  std::size_t examined = 0;
   for (const AccessibilityElement& row : list.selectedRows()) {
-    if (++examined > mostRows) break;
     if (row.role() != role::row) continue;
     const auto ofRow = allWithRole(role::cell, row.children());
     cells.insert(cells.end(), ofRow.begin(), ofRow.end());
@@ -57,12 +51,11 @@ AccessibilityElements noteLists(const AccessibilityElement& window) {
 }
 
 std::optional<std::string> selectedNote(const AccessibilityElement& window) {
-  constexpr int cellDepth = 4;
   std::vector<PlacedText> texts;
   for (const AccessibilityElement& list : noteLists(window)) {
     std::vector<PlacedText> found;
     for (const AccessibilityElement& cell : selectedCells(list)) {
-      collectTexts(cell, cellDepth, found);
+      collectTexts(cell, found);
     }
     if (found.empty()) continue;
     texts = std::move(found);

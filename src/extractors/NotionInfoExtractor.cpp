@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_set>
 
 #include "extractors/ContextPath.h"
 #include "extractors/EnhancedAccessibility.h"
@@ -14,12 +15,10 @@ namespace {
 
 using Conditions = AccessibilityElement::Conditions;
 
-// Bounds on the ways to and from one entry, and on the entries tried: a page that is titled like
-// its every paragraph must not make a sample slow.
-constexpr std::size_t mostEntries = 5;
-constexpr std::size_t mostCrumbs = 15;
+// What a line of crumbs looks like: pages with icons and separators between them, each perhaps in a
+// few groups. The page itself holds hundreds of parts.
+constexpr std::size_t mostCrumbs = 60;
 constexpr int mostWrappers = 3;
-constexpr int mostAncestors = 20;
 
 constexpr std::array crumbRoles{role::link, role::button, role::group};
 
@@ -27,7 +26,7 @@ bool isCrumbRole(const std::optional<std::string>& elementRole) {
   return elementRole && std::ranges::find(crumbRoles, *elementRole) != crumbRoles.end();
 }
 
-std::optional<std::string> labelOf(const AccessibilityElement& element) {
+std::optional<std::string> crumbLabel(const AccessibilityElement& element) {
   if (auto title = element.nonEmptyString(attribute::title)) return title;
   return element.nonEmptyString(attribute::description);
 }
@@ -36,7 +35,7 @@ std::optional<std::string> labelOf(const AccessibilityElement& element) {
 std::optional<std::string> crumbName(AccessibilityElement element) {
   for (int wrapped = 0; wrapped <= mostWrappers; ++wrapped) {
     if (!isCrumbRole(element.role())) return std::nullopt;
-    const auto label = labelOf(element);
+    const auto label = crumbLabel(element);
     // "/", "…" and icons name no page.
     if (label) return hasLetterOrDigit(*label) ? label : std::nullopt;
     const auto children = element.children();
@@ -49,8 +48,9 @@ std::optional<std::string> crumbName(AccessibilityElement element) {
 // The sidebar names pages too, one below the other.
 bool isInListOfPages(const AccessibilityElement& element) {
   constexpr std::array lists{role::list, role::outline, role::table};
+  std::unordered_set<AccessibilityElement> climbed;
   std::optional<AccessibilityElement> ancestor = element;
-  for (int climbed = 0; ancestor && climbed < mostAncestors; ++climbed) {
+  while (ancestor && climbed.insert(*ancestor).second) {
     const auto elementRole = ancestor->role();
     if (elementRole == role::webArea || elementRole == role::window) return false;
     if (elementRole && std::ranges::find(lists, *elementRole) != lists.end()) return true;
@@ -81,7 +81,7 @@ ContextPath namesBefore(const AccessibilityElement& crumb, const AccessibilityEl
 // The names before the entry in the line that it ends, and the entry's own. Empty when there is no
 // such line.
 ContextPath pathEndingAt(const AccessibilityElement& entry) {
-  const auto title = labelOf(entry);
+  const auto title = crumbLabel(entry);
   AccessibilityElement crumb = entry;
   for (int climbed = 0; title && climbed <= mostWrappers; ++climbed) {
     const auto container = crumb.parent();
@@ -118,8 +118,7 @@ std::vector<Conditions> entryConditions(const ActivityDetails& details) {
 ContextPath pathIn(const AccessibilityElement& webArea, const ActivityDetails& details) {
   const auto depth = maxRecursionLevel(webArea.process());
   for (const Conditions& conditions : entryConditions(details)) {
-    for (const AccessibilityElement& entry :
-         webArea.descendantsWith(conditions, depth, mostEntries)) {
+    for (const AccessibilityElement& entry : webArea.descendantsWith(conditions, depth)) {
       if (isInListOfPages(entry)) continue;
       auto path = pathEndingAt(entry);
       if (!path.empty()) return path;

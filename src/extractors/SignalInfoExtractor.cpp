@@ -9,10 +9,8 @@
 namespace kestro {
 namespace {
 
-// The header comes first in its pane; a message can have a button for every reaction.
+// The header comes first in its pane; what follows are messages, with a button for every reaction.
 constexpr std::size_t mostButtonsExamined = 10;
-constexpr std::size_t mostPanesExamined = 10;
-constexpr std::size_t mostTexts = 20;
 
 std::optional<AccessibilityElement> applicationContainer(const AccessibilityElement& webArea) {
   return webArea.firstAlongFirstChildren(
@@ -36,8 +34,7 @@ std::optional<std::string> nameBy(const AccessibilityElement& text) {
 std::optional<std::string> nameOn(const AccessibilityElement& button) {
   const auto depth = maxRecursionLevel(button.process());
   return firstNonNil(
-      button.descendantsWith({{attribute::role, std::string(role::staticText)}}, depth, mostTexts),
-      nameBy);
+      button.descendantsWith({{attribute::role, std::string(role::staticText)}}, depth), nameBy);
 }
 
 // The name on the first button that has one.
@@ -49,11 +46,9 @@ std::optional<std::string> nameOnButtonsOf(const AccessibilityElement& pane, std
 
 // The first of several panes is the list, whose rows are buttons too.
 std::optional<std::string> nameInPanes(const AccessibilityElements& panes) {
-  std::size_t examined = 0;
-  for (std::size_t index = panes.size(); index > 1 && examined < mostPanesExamined; --index) {
+  for (std::size_t index = panes.size(); index > 1; --index) {
     const auto depth = maxRecursionLevel(panes.front().process());
     if (auto conversation = nameOnButtonsOf(panes[index - 1], depth)) return conversation;
-    ++examined;
   }
   return std::nullopt;
 }

@@ -5,13 +5,9 @@
 namespace kestro {
 namespace {
 
-constexpr std::size_t mostFolders = 100;
-// Of buttons, and of the texts on them.
-constexpr std::size_t mostExamined = 60;
-
 AccessibilityElements allBelow(const AccessibilityElement& element, std::string_view role,
                                std::int64_t depth) {
-  return element.descendantsWith({{attribute::role, std::string(role)}}, depth, mostExamined);
+  return element.descendantsWith({{attribute::role, std::string(role)}}, depth);
 }
 
 AccessibilityElements allBelow(const AccessibilityElement& element, std::string_view role) {
@@ -31,10 +27,8 @@ std::optional<AccessibilityElement> withDOMIdentifier(const AccessibilityElement
 
 std::vector<std::string> textsOn(const AccessibilityElements& buttons) {
   std::vector<std::string> texts;
-  std::size_t examined = 0;
   for (const AccessibilityElement& button : buttons) {
     for (const AccessibilityElement& text : allBelow(button, role::staticText)) {
-      if (examined++ == mostExamined) return texts;
       if (auto value = text.nonEmptyString(attribute::value)) texts.push_back(std::move(*value));
     }
   }
@@ -61,7 +55,7 @@ std::optional<AccessibilityElement> openArticle(const AccessibilityElement& webA
   const AccessibilityElement& content = wrapper ? *wrapper : webArea;
   const auto regions =
       content.descendantsWith({{attribute::subrole, std::string(subrole::landmarkRegion)}},
-                              maxRecursionLevel(webArea.process()), mostExamined);
+                              maxRecursionLevel(webArea.process()));
   return firstNonNil(regions.empty() ? AccessibilityElements{content} : regions, articleIn);
 }
 
@@ -83,7 +77,7 @@ std::optional<std::string> sparkCurrentFolder(const AccessibilityElement& webAre
         return box.booleanAttribute(attribute::value) == true;
       },
       sidebar->descendantsWith({{attribute::role, std::string(role::checkBox)}},
-                               maxRecursionLevel(webArea.process()), mostFolders));
+                               maxRecursionLevel(webArea.process())));
   return folder ? folder->nonEmptyString(attribute::description) : std::nullopt;
 }
 

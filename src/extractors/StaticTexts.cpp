@@ -10,9 +10,8 @@ namespace {
 
 std::vector<std::string> allStaticTexts(const AccessibilityElement& element,
                                         std::int64_t maxDepth) {
-  constexpr std::size_t mostRead = 20;
-  const auto elements = element.descendantsWith({{attribute::role, std::string(role::staticText)}},
-                                                maxDepth, mostRead);
+  const auto elements =
+      element.descendantsWith({{attribute::role, std::string(role::staticText)}}, maxDepth);
   std::vector<std::string> texts;
   for (const AccessibilityElement& text : elements) {
     auto value = text.nonEmptyString(attribute::value);

@@ -10,9 +10,9 @@
 
 namespace kestro {
 
-// The values that have a letter or a digit, of the first twenty static texts among the element and
-// its descendants down to `maxDepth` levels below it, in pre-order. One request and one for each
-// text, where the platform searches for itself.
+// The values that have a letter or a digit, of the static texts among the element and its
+// descendants down to `maxDepth` levels below it, in pre-order. One request and one for each text,
+// where the platform searches for itself.
 std::vector<std::string> staticTexts(const AccessibilityElement& element, std::int64_t maxDepth);
 
 // The same where a title may consist of signs alone ("???"): when none of the texts has a letter or
