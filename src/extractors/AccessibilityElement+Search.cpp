@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <unordered_set>
 
 #include "extractors/AccessibilityElement.h"
 #include "platform/Accessibility.h"
@@ -141,13 +142,13 @@ std::optional<AccessibilityElement> firstMatching(const Predicate& predicate,
 
 AccessibilityElements ancestorsUpTo(const AccessibilityElement& top,
                                     const AccessibilityElement& element) {
-  constexpr std::size_t mostAncestors = 12;
   AccessibilityElements ancestors;
-  std::optional<AccessibilityElement> ancestor = element;
-  while (*ancestor != top && ancestors.size() < mostAncestors) {
-    ancestor = ancestor->parent();
-    if (!ancestor) break;
-    ancestors.push_back(*ancestor);
+  std::unordered_set<AccessibilityElement> climbed;
+  std::optional<AccessibilityElement> current = element;
+  while (*current != top && climbed.insert(*current).second) {
+    current = current->parent();
+    if (!current || climbed.contains(*current)) break;
+    ancestors.push_back(*current);
   }
   return ancestors;
 }

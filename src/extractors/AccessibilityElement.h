@@ -78,9 +78,9 @@ class AccessibilityElement {
                                                               std::int64_t maxDepth) const;
   std::optional<AccessibilityElement> firstDescendantWithSubrole(std::string_view subrole,
                                                                  std::int64_t maxDepth) const;
-  // The first `mostFound` of them, in pre-order; this element may be the first.
+  // All of them, or the first `mostFound`, in pre-order; this element may be the first.
   List descendantsWith(const Conditions& conditions, std::int64_t maxDepth,
-                       std::size_t mostFound) const;
+                       std::size_t mostFound = mostElementsExamined) const;
   // The first element on the way from this one down its first children that satisfies the
   // predicate.
   std::optional<AccessibilityElement> firstAlongFirstChildren(std::int64_t maxDepth,
@@ -102,6 +102,11 @@ class AccessibilityElement {
 
 using AccessibilityElements = AccessibilityElement::List;
 
+// For searches: the element has this class among those that its page gives it.
+inline ElementCondition hasClass(std::string name) {
+  return {attribute::domClassList, std::move(name), ElementCondition::Kind::member};
+}
+
 // The depth that callers pass to searches when they want to search as deep as allowed: the
 // preference AXUIElement_maxRecursionLevel, 20 when absent, 1000 at most, read once per process.
 std::int64_t maxRecursionLevel(Process& process);
@@ -112,8 +117,8 @@ AccessibilityElements accessibilityWindows(Process& process, const Activity& act
 // The children of each element in turn.
 AccessibilityElements childrenOfAll(const AccessibilityElements& elements);
 
-// The elements around this one, the nearest first, up to `top` and with it; twelve at most. One
-// request for each.
+// The elements around this one, the nearest first, up to `top` and with it; each once, should they
+// lead back. One request for each.
 AccessibilityElements ancestorsUpTo(const AccessibilityElement& top,
                                     const AccessibilityElement& element);
 

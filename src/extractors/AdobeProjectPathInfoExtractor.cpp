@@ -10,12 +10,6 @@ namespace {
 
 constexpr std::string_view unsavedMarker = " *";
 
-std::string withoutWhiteSpaceAround(const std::string& text) {
-  const auto first = text.find_first_not_of(' ');
-  if (first == std::string::npos) return "";
-  return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 }  // namespace
 
 AdobeProjectPathInfoExtractor::AdobeProjectPathInfoExtractor(Process& process)
@@ -36,8 +30,7 @@ std::string AdobeProjectPathInfoExtractor::titleWithout(const std::string& path,
   rest = replacing(rest, afterEffectsPrefix_, "");
   rest = replacing(rest, premiereProPrefix_, "");
   rest = removingTitlePrefixesAndSuffixes(rest, path, true).value_or("");
-  if (rest.empty()) return rest;
-  return withoutWhiteSpaceAround(withoutEvery(removingSuffixIfPresent(rest, unsavedMarker), path));
+  return withoutEvery(removingSuffixIfPresent(rest, unsavedMarker), path);
 }
 
 void AdobeProjectPathInfoExtractor::writeDetailsForActivity(Activity& activity) {

@@ -1,6 +1,6 @@
 #include "extractors/AmazonChimeInfoExtractor.h"
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 
 namespace kestro {
 namespace {
@@ -20,12 +20,7 @@ std::vector<std::string> conversationTexts(const AccessibilityElement& window) {
 }  // namespace
 
 void AmazonChimeInfoExtractor::writeDetailsForActivity(Activity& activity) {
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    auto texts = conversationTexts(window);
-    if (texts.empty()) continue;
-    activity.details.contextPath = std::move(texts);
-    return;
-  }
+  writeFirstContextPath(process_, activity, conversationTexts);
 }
 
 }  // namespace kestro

@@ -1,6 +1,7 @@
 #include "extractors/CatalystInfoExtractor.h"
 
 #include "extractors/AccessibilityElement.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroDatabase.h"
 
 namespace kestro {
@@ -11,7 +12,7 @@ bool isReplaceable(const Activity& activity) {
   const auto& title = activity.details.windowTitle;
   const auto& name = activity.application().localizedName;
   if (!title) return true;
-  return name && *title == removingInvisibleControlCharacters(*name);
+  return name && isSameText(*title, *name);
 }
 
 // The heading lies three levels of first groups below the window.

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 #include "extractors/TitleParts.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroUI.h"
 
 namespace kestro {
 namespace {
 
 constexpr int wrapperLevels = 4;
-constexpr std::size_t mostToolbarElements = 20;
 
 // The parts of the window on either side of the first splitter. A hidden sidebar leaves none.
 struct Parts {
@@ -25,9 +25,8 @@ Parts partsOf(const AccessibilityElement& splitGroup) {
   return {{children.begin(), splitter}, {std::next(splitter), children.end()}};
 }
 
-AccessibilityElements firstWithin(const AccessibilityElement& element, std::string_view role,
-                                  std::size_t most) {
-  return element.descendantsWith({{attribute::role, std::string(role)}}, wrapperLevels, most);
+AccessibilityElements allWithin(const AccessibilityElement& element, std::string_view role) {
+  return element.descendantsWith({{attribute::role, std::string(role)}}, wrapperLevels);
 }
 
 std::optional<AccessibilityElement> listOfChats(const AccessibilityElements& sidebar) {
@@ -39,12 +38,11 @@ std::optional<AccessibilityElement> listOfChats(const AccessibilityElements& sid
 }
 
 std::optional<std::string> selectedChat(const AccessibilityElement& list) {
-  constexpr std::size_t mostChats = 100;
   const auto button = firstMatching(
       [](const AccessibilityElement& chat) {
         return chat.booleanAttribute(attribute::selected) == true;
       },
-      firstWithin(list, role::button, mostChats));
+      allWithin(list, role::button));
   return button ? button->nonEmptyString(attribute::description) : std::nullopt;
 }
 
@@ -52,13 +50,14 @@ std::optional<std::string> selectedChat(const AccessibilityElement& list) {
 // it.
 std::optional<std::string> chatOfToolbar(const AccessibilityElement& toolbar,
                                          const AccessibilityElement& list) {
-  const auto buttons = firstWithin(toolbar, role::button, mostToolbarElements);
+  const auto buttons = allWithin(toolbar, role::button);
   return firstNonNil(buttons, [&](const AccessibilityElement& button) {
     auto text = button.nonEmptyString(attribute::description);
     if (!text) return text;
-    const auto chat = list.firstDescendantWith(
-        {{attribute::role, std::string(role::button)}, {attribute::description, *text}},
-        wrapperLevels);
+    const auto chat =
+        list.firstDescendantWith({{attribute::role, std::string(role::button)},
+                                  ElementCondition::says(attribute::description, *text)},
+                                 wrapperLevels);
     return chat ? text : std::nullopt;
   });
 }
@@ -73,13 +72,13 @@ std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& window
 
 std::vector<std::string> groupTexts(const AccessibilityElement& toolbar) {
   std::vector<std::string> texts;
-  for (const AccessibilityElement& group : firstWithin(toolbar, role::group, mostToolbarElements)) {
+  for (const AccessibilityElement& group : allWithin(toolbar, role::group)) {
     if (auto text = group.nonEmptyString(attribute::description)) texts.push_back(std::move(*text));
   }
   return texts;
 }
 
-std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
+std::vector<std::string> chatGPTPath(const AccessibilityElement& window) {
   const auto splitGroup = window.firstDescendantWithRole(role::splitGroup, wrapperLevels);
   if (!splitGroup) return {};
   const Parts parts = partsOf(*splitGroup);
@@ -95,21 +94,18 @@ std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
 std::vector<std::string> chatGPTContextPath(std::vector<std::string> toolbarTexts,
                                             const std::optional<std::string>& chat) {
   std::erase_if(toolbarTexts, [&](const std::string& text) {
-    return text.starts_with("ChatGPT") || text == "New Chat" || text == chat;
+    return comparableText(text).starts_with("ChatGPT") || isSameText(text, "New Chat") ||
+           (chat && isSameText(text, *chat));
   });
   std::vector<std::string> path;
   if (!toolbarTexts.empty()) path.push_back(joined(toolbarTexts, ", "));
-  if (chat && *chat != "ChatGPT" && *chat != "New Chat") path.push_back(*chat);
+  const bool namesChat = chat && !isSameText(*chat, "ChatGPT") && !isSameText(*chat, "New Chat");
+  if (namesChat) path.push_back(*chat);
   return path;
 }
 
 void ChatGPTInfoExtractor::writeDetailsForActivity(Activity& activity) {
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    auto path = contextPathOf(window);
-    if (path.empty()) continue;
-    activity.details.contextPath = std::move(path);
-    return;
-  }
+  writeFirstContextPath(process_, activity, chatGPTPath);
 }
 
 }  // namespace kestro

@@ -11,8 +11,8 @@ class ChatGPTInfoExtractor final : public KSApplicationInfoExtractor {
   explicit ChatGPTInfoExtractor(Process& process) : process_(process) {}
 
   // Where the platform searches for itself: some ten requests for a window, one for each chat of
-  // the list up to the selected one, a hundred at most, and one for each group of the toolbar or,
-  // where no chat is selected, two for each of its buttons.
+  // the list up to the selected one, and one for each group of the toolbar or, where no chat is
+  // selected, two for each of its buttons.
   void writeDetailsForActivity(Activity& activity) override;
 
  private:

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "extractors/AccessibilityElement.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroUI.h"
 
 namespace kestro {
@@ -30,13 +31,15 @@ std::optional<std::string> profileName(const AccessibilityElement& window) {
 bool isChromePrivateTitle(std::string_view title) {
   constexpr std::array<std::string_view, 4> suffixes{" (Incognito)", " (anonym)",
                                                      " - Brave (Private)", " - Brave (Privat)"};
+  const std::string whole = comparableText(title);
   return std::ranges::any_of(suffixes,
-                             [&](std::string_view suffix) { return title.ends_with(suffix); });
+                             [&](std::string_view suffix) { return whole.ends_with(suffix); });
 }
 
 std::string titleWithProfile(const std::optional<std::string>& title, const std::string& profile) {
   if (!title || title->empty()) return profile;
-  return title->ends_with(profile) ? *title : *title + " – " + profile;
+  const bool isThere = comparableText(*title).ends_with(comparableText(profile));
+  return isThere ? *title : *title + " – " + profile;
 }
 
 void ChromeProfileInfoExtractor::writeDetailsForActivity(Activity& activity) {

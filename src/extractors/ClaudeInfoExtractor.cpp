@@ -2,8 +2,8 @@
 
 #include "extractors/AccessibilityElement.h"
 #include "extractors/EnhancedAccessibility.h"
+#include "foundation/ComparableText.h"
 #include "platform/UserDefaults.h"
-#include "product/KestroLegacy.h"
 
 namespace kestro {
 namespace {
@@ -17,9 +17,8 @@ std::string serviceAddressFor(Process& process) {
 
 std::optional<AccessibilityElement> servicePage(const AccessibilityElement& window,
                                                 std::string_view serviceAddress) {
-  constexpr std::size_t mostWebAreas = 10;
   const auto webAreas = window.descendantsWith({{attribute::role, std::string(role::webArea)}},
-                                               maxRecursionLevel(window.process()), mostWebAreas);
+                                               maxRecursionLevel(window.process()));
   return firstMatching(
       [&](const AccessibilityElement& webArea) {
         const auto address = webArea.urlString();
@@ -30,12 +29,11 @@ std::optional<AccessibilityElement> servicePage(const AccessibilityElement& wind
 
 std::optional<AccessibilityElement> chatButton(const AccessibilityElement& page) {
   const auto depth = maxRecursionLevel(page.process());
-  auto element = page.firstDescendantWith({{attribute::domClassList, "dframe-root"}}, depth);
+  auto element = page.firstDescendantWith({hasClass("dframe-root")}, depth);
   if (element) element = element->firstDescendantWithSubrole(subrole::landmarkMain, depth);
   if (!element) return std::nullopt;
   return element->firstDescendantWith(
-      {{attribute::role, std::string(role::button)}, {attribute::domClassList, "cursor-text"}},
-      depth);
+      {{attribute::role, std::string(role::button)}, hasClass("cursor-text")}, depth);
 }
 
 // What the chat belongs to, by the link beside its button or, without one, by a menu there that
@@ -51,7 +49,8 @@ std::optional<std::string> projectBeside(const AccessibilityElement& button,
   const auto menu = firstWithRole(role::popUpButton, siblings);
   const auto text = menu ? menu->nonEmptyString(attribute::title) : std::nullopt;
   const auto project = text ? claudeChatTitle(*text) : std::nullopt;
-  return project == chatTitle ? std::nullopt : project;
+  const bool isChat = project && chatTitle && isSameText(*project, *chatTitle);
+  return isChat ? std::nullopt : project;
 }
 
 }  // namespace
@@ -67,8 +66,8 @@ bool isClaudePage(std::string_view address, std::string_view serviceAddress) {
 }
 
 std::optional<std::string> claudeChatTitle(std::string_view buttonTitle) {
-  if (buttonTitle == "Claude") return std::nullopt;
-  std::string title = removingSuffixIfPresent(buttonTitle, " - Claude");
+  if (isSameText(buttonTitle, "Claude")) return std::nullopt;
+  std::string title = removingSameSuffix(buttonTitle, " - Claude");
   return title.empty() ? std::nullopt : std::optional(std::move(title));
 }
 

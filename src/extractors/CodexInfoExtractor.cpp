@@ -2,31 +2,33 @@
 
 #include <algorithm>
 
+#include "extractors/ContextPath.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/StaticTexts.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroDatabase.h"
 #include "product/KestroUI.h"
 
 namespace kestro {
 namespace {
 
-constexpr int textDepth = 8;
+constexpr int codexTextDepth = 8;
 
 // The title stands in the part of the button that takes the room left by icons and the age.
 std::optional<std::string> threadTitle(const AccessibilityElement& button) {
-  constexpr std::size_t mostParts = 5;
-  auto parts = button.descendantsWith({{attribute::domClassList, "flex-1"}}, textDepth, mostParts);
+  auto parts = button.descendantsWith({hasClass("flex-1")}, codexTextDepth);
   std::erase(parts, button);
-  return firstNonNil(
-      parts, [](const AccessibilityElement& part) { return lineOf(staticTexts(part, textDepth)); });
+  return firstNonNil(parts, [](const AccessibilityElement& part) {
+    return lineOf(staticTexts(part, codexTextDepth));
+  });
 }
 
 // The first text below the header; without one its title or that of the button that opens it.
-std::optional<std::string> labelOf(const AccessibilityElement& header) {
-  const auto texts = staticTexts(header, textDepth);
+std::optional<std::string> sectionLabel(const AccessibilityElement& header) {
+  const auto texts = staticTexts(header, codexTextDepth);
   if (!texts.empty()) return lineOf({texts.front()});
   if (auto title = header.nonEmptyString(attribute::title)) return title;
-  const auto toggle = header.firstDescendantWithSubrole(subrole::toggleButton, textDepth);
+  const auto toggle = header.firstDescendantWithSubrole(subrole::toggleButton, codexTextDepth);
   return toggle ? toggle->nonEmptyString(attribute::title) : std::nullopt;
 }
 
@@ -59,24 +61,22 @@ std::optional<AccessibilityElement> headerOf(const AccessibilityElement& section
 std::optional<std::string> projectAround(const AccessibilityElement& button,
                                          const AccessibilityElement& sidebar) {
   const auto header = firstNonNil(ancestorsUpTo(sidebar, button), headerOf);
-  return header ? labelOf(*header) : std::nullopt;
+  return header ? sectionLabel(*header) : std::nullopt;
 }
 
 std::vector<std::string> contextPathIn(const AccessibilityElement& sidebar) {
-  const auto button =
-      sidebar.firstDescendantWith({{attribute::role, std::string(role::button)},
-                                   {attribute::domClassList, "bg-primary-ghost-hover"}},
-                                  maxRecursionLevel(sidebar.process()));
+  const auto button = sidebar.firstDescendantWith(
+      {{attribute::role, std::string(role::button)}, hasClass("bg-primary-ghost-hover")},
+      maxRecursionLevel(sidebar.process()));
   const auto thread = button ? threadTitle(*button) : std::nullopt;
   if (!thread) return {};
   return codexContextPath(projectAround(*button, sidebar), *thread);
 }
 
-std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
-  constexpr std::size_t mostSidebars = 5;
+std::vector<std::string> codexPath(const AccessibilityElement& window) {
   const auto sidebars =
       window.descendantsWith({{attribute::subrole, std::string(subrole::landmarkNavigation)}},
-                             maxRecursionLevel(window.process()), mostSidebars);
+                             maxRecursionLevel(window.process()));
   for (const AccessibilityElement& sidebar : sidebars) {
     auto path = contextPathIn(sidebar);
     if (!path.empty()) return path;
@@ -90,18 +90,13 @@ std::vector<std::string> codexContextPath(const std::optional<std::string>& proj
                                           const std::string& thread) {
   std::vector<std::string> path;
   if (project) path.push_back(*project);
-  if (thread != "New Chat") path.push_back(thread);
+  if (!isSameText(thread, "New Chat")) path.push_back(thread);
   return path;
 }
 
 void CodexInfoExtractor::writeDetailsForActivity(Activity& activity) {
   enableEnhancedAccessibility(process_, activity);
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    auto path = contextPathOf(window);
-    if (path.empty()) continue;
-    activity.details.contextPath = std::move(path);
-    return;
-  }
+  writeFirstContextPath(process_, activity, codexPath);
 }
 
 }  // namespace kestro

@@ -9,24 +9,23 @@
 namespace kestro {
 namespace {
 
-constexpr int textDepth = 8;
+constexpr int cursorTextDepth = 8;
 
 // By the first title tab that says it is this window's.
 std::optional<std::string> chatTitle(const AccessibilityElement& window) {
-  constexpr std::size_t mostTabs = 10;
-  const auto tabs = window.descendantsWith({{attribute::domClassList, "chat-title-tab-trigger"}},
-                                           maxRecursionLevel(window.process()), mostTabs);
+  const auto tabs = window.descendantsWith({hasClass("chat-title-tab-trigger")},
+                                           maxRecursionLevel(window.process()));
   const auto tab = firstMatching(
       [&](const AccessibilityElement& found) {
         return found.elementAttribute(attribute::window) == window;
       },
       tabs);
-  return tab ? lineOf(staticTexts(*tab, textDepth)) : std::nullopt;
+  return tab ? lineOf(staticTextsOrSigns(*tab, cursorTextDepth)) : std::nullopt;
 }
 
 // A head shows its section's name first; a number of chats may follow.
 std::optional<std::string> nameIn(const AccessibilityElement& head) {
-  const auto texts = staticTexts(head, textDepth);
+  const auto texts = staticTexts(head, cursorTextDepth);
   return texts.empty() ? head.nonEmptyString(attribute::title) : lineOf({texts.front()});
 }
 
@@ -35,8 +34,7 @@ std::optional<std::string> nameIn(const AccessibilityElement& head) {
 std::optional<AccessibilityElement> headAround(const AccessibilityElement& entry,
                                                const AccessibilityElement& sidebar) {
   for (const AccessibilityElement& ancestor : ancestorsUpTo(sidebar, entry)) {
-    const auto heads =
-        ancestor.descendantsWith({{attribute::domClassList, "ui-sidebar-section-head"}}, 1, 2);
+    const auto heads = ancestor.descendantsWith({hasClass("ui-sidebar-section-head")}, 1, 2);
     if (heads.empty()) continue;
     if (heads.front() == ancestor || heads.front() == entry) return std::nullopt;
     return only(heads);
@@ -46,14 +44,13 @@ std::optional<AccessibilityElement> headAround(const AccessibilityElement& entry
 
 std::optional<std::string> sectionName(const AccessibilityElement& window,
                                        const std::string& title) {
-  constexpr std::size_t mostEntries = 5;
   const auto depth = maxRecursionLevel(window.process());
-  const auto sidebar =
-      window.firstDescendantWith({{attribute::subrole, std::string(subrole::landmarkNavigation)},
-                                  {attribute::domClassList, "ui-sidebar"}},
-                                 depth);
+  const auto sidebar = window.firstDescendantWith(
+      {{attribute::subrole, std::string(subrole::landmarkNavigation)}, hasClass("ui-sidebar")},
+      depth);
   if (!sidebar) return std::nullopt;
-  const auto entries = sidebar->descendantsWith({{attribute::value, title}}, depth, mostEntries);
+  const auto entries =
+      sidebar->descendantsWith({ElementCondition::says(attribute::value, title)}, depth);
   const auto head = firstNonNil(
       entries, [&](const AccessibilityElement& entry) { return headAround(entry, *sidebar); });
   return head ? nameIn(*head) : std::nullopt;

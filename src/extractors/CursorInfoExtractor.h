@@ -12,7 +12,7 @@ class CursorInfoExtractor final : public KSApplicationInfoExtractor {
 
   // Nothing where a file is in front. Otherwise, where the platform searches for itself, some five
   // requests for the title, three for the sidebar and two for each level from an entry up to its
-  // section; entries of the same name cost that again, five of them at most.
+  // section; entries of the same name cost that again.
   void writeDetailsForActivity(Activity& activity) override;
 
  private:

@@ -1,7 +1,7 @@
 #include "extractors/DiaInfoExtractor.h"
 
 #include "extractors/WebAreaURLInfoExtractor.h"
-#include "product/KestroLegacy.h"
+#include "foundation/ComparableText.h"
 
 namespace kestro {
 namespace {
@@ -18,10 +18,10 @@ std::string diaTitle(std::string_view windowTitle, std::string_view pageTitle) {
   const auto found = windowTitle.find(separator);
   if (found == std::string_view::npos) return title;
   const std::string_view prefix = windowTitle.substr(0, found);
-  if (prefix.empty() || prefix.find(':') != std::string_view::npos) return title;
+  if (prefix.find(':') != std::string_view::npos) return title;
   const std::string rest =
-      removingSuffixIfPresent(windowTitle.substr(found + separator.size()), "…");
-  if (rest.empty() || !pageTitle.starts_with(rest)) return title;
+      comparableText(removingSameSuffix(windowTitle.substr(found + separator.size()), "…"));
+  if (rest.empty() || !comparableText(pageTitle).starts_with(rest)) return title;
   return title.append(" – ").append(prefix);
 }
 

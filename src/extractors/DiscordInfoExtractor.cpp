@@ -3,13 +3,14 @@
 #include <algorithm>
 
 #include "extractors/TitleParts.h"
-#include "product/KestroLegacy.h"
+#include "foundation/ComparableText.h"
 
 namespace kestro {
 
 std::vector<std::string> discordContextPath(std::string_view windowTitle) {
-  auto parts = titleParts(removingSuffixIfPresent(windowTitle, " - Discord"), " | ");
-  std::erase_if(parts, [](const std::string& part) { return part.empty() || part == "Discord"; });
+  auto parts = titleParts(removingSameSuffix(windowTitle, " - Discord"), " | ");
+  std::erase_if(
+      parts, [](const std::string& part) { return part.empty() || isSameText(part, "Discord"); });
   std::ranges::reverse(parts);
   return parts;
 }

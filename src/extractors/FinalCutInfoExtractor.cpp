@@ -1,8 +1,9 @@
 #include "extractors/FinalCutInfoExtractor.h"
 
 #include <algorithm>
+#include <unordered_set>
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 #include "product/KestroUI.h"
 
 namespace kestro {
@@ -13,9 +14,6 @@ constexpr int splitGroupDepth = 6;
 constexpr int scrollAreaDepth = 6;
 constexpr int outlineDepth = 3;
 constexpr int textDepth = 3;
-constexpr int mostRowsUp = 20;
-constexpr std::size_t mostScrollAreas = 20;
-constexpr std::size_t mostTexts = 10;
 
 std::optional<AccessibilityElement> outlineIn(const AccessibilityElement& scrollArea) {
   if (auto outline = firstWithRole(role::outline, scrollArea.contents())) return outline;
@@ -23,7 +21,7 @@ std::optional<AccessibilityElement> outlineIn(const AccessibilityElement& scroll
 }
 
 AccessibilityElements textsOf(const AccessibilityElement& row, std::string_view wantedRole) {
-  return row.descendantsWith({{attribute::role, std::string(wantedRole)}}, textDepth, mostTexts);
+  return row.descendantsWith({{attribute::role, std::string(wantedRole)}}, textDepth);
 }
 
 // A name can be edited; the static texts beside it are counters, and names only where it cannot.
@@ -33,11 +31,13 @@ std::optional<std::string> nameOf(const AccessibilityElement& row) {
   return firstNonNil(texts, [](const auto& text) { return text.nonEmptyString(attribute::value); });
 }
 
-// From the outermost row to this one; rows without a name are passed over.
-std::vector<std::string> pathTo(const AccessibilityElement& selectedRow) {
-  std::vector<std::string> path;
+// From the outermost row to this one; rows without a name are passed over. Rows may disclose each
+// other: each counts once.
+ContextPath pathTo(const AccessibilityElement& selectedRow) {
+  ContextPath path;
+  std::unordered_set<AccessibilityElement> climbed;
   std::optional<AccessibilityElement> row = selectedRow;
-  for (int climbed = 0; row && climbed < mostRowsUp; ++climbed) {
+  while (row && climbed.insert(*row).second) {
     if (auto name = nameOf(*row)) path.push_back(std::move(*name));
     row = row->elementAttribute(attribute::disclosedByRow);
   }
@@ -49,7 +49,7 @@ std::vector<std::string> selectedPath(const AccessibilityElement& window) {
   const auto splitGroup = window.firstDescendantWithRole(role::splitGroup, splitGroupDepth);
   if (!splitGroup) return {};
   for (const AccessibilityElement& scrollArea : splitGroup->descendantsWith(
-           {{attribute::role, std::string(role::scrollArea)}}, scrollAreaDepth, mostScrollAreas)) {
+           {{attribute::role, std::string(role::scrollArea)}}, scrollAreaDepth)) {
     const auto outline = outlineIn(scrollArea);
     const auto rows = outline ? outline->selectedRows() : AccessibilityElements{};
     if (rows.empty()) continue;
@@ -62,12 +62,7 @@ std::vector<std::string> selectedPath(const AccessibilityElement& window) {
 }  // namespace
 
 void FinalCutInfoExtractor::writeDetailsForActivity(Activity& activity) {
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    auto path = selectedPath(window);
-    if (path.empty()) continue;
-    activity.details.contextPath = std::move(path);
-    return;
-  }
+  writeFirstContextPath(process_, activity, selectedPath);
 }
 
 }  // namespace kestro

@@ -5,6 +5,7 @@
 
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/WebAreaURLInfoExtractor.h"
+#include "foundation/ComparableText.h"
 #include "platform/UserDefaults.h"
 
 namespace kestro {
@@ -17,9 +18,11 @@ FirefoxInfoExtractor::FirefoxInfoExtractor(Process& process)
 bool isFirefoxPrivateTitle(std::string_view title, const std::optional<std::string>& extraSuffix) {
   constexpr std::array<std::string_view, 3> suffixes{"(Private Browsing)", "Private Browsing",
                                                      "Privater Modus"};
-  const auto endsTitle = [&](std::string_view suffix) { return title.ends_with(suffix); };
+  const std::string whole = comparableText(title);
+  const auto endsTitle = [&](std::string_view suffix) { return whole.ends_with(suffix); };
   if (std::ranges::any_of(suffixes, endsTitle)) return true;
-  return extraSuffix && !extraSuffix->empty() && endsTitle(*extraSuffix);
+  const std::string extra = comparableText(extraSuffix.value_or(""));
+  return !extra.empty() && endsTitle(extra);
 }
 
 void FirefoxInfoExtractor::writeDetailsForActivity(Activity& activity) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "extractors/WebAreaURLInfoExtractor.h"
+#include "foundation/ComparableText.h"
 #include "platform/UserDefaults.h"
 #include "product/KestroDatabase.h"
 
@@ -64,8 +65,8 @@ void readChromeAppShimWindows(Activity& activity, const AccessibilityElements& w
     if (auto address = group->urlString()) details.documentPath = std::move(address);
     if (details.windowTitle) continue;
     const auto title = group->title();
-    if (!title || title->empty() || title != group->stringAttribute(attribute::description))
-      continue;
+    const auto description = group->stringAttribute(attribute::description);
+    if (!title || title->empty() || !description || !isSameText(*title, *description)) continue;
     details.windowTitle = title;
     return;
   }

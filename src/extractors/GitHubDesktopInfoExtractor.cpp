@@ -3,21 +3,14 @@
 #include <algorithm>
 #include <array>
 
+#include "extractors/ContextPath.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/StaticTexts.h"
 #include "extractors/WebAreas.h"
+#include "foundation/ComparableText.h"
 
 namespace kestro {
 namespace {
-
-// The same with further groups around its parts.
-std::optional<AccessibilityElement> wrappedToolbarOf(const AccessibilityElement& webArea) {
-  const auto depth = maxRecursionLevel(webArea.process());
-  const auto contents =
-      webArea.firstDescendantWith({{attribute::domIdentifier, "desktop-app-contents"}}, depth);
-  if (!contents) return std::nullopt;
-  return contents->firstDescendantWith({{attribute::domIdentifier, "desktop-app-toolbar"}}, depth);
-}
 
 std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& webArea) {
   constexpr int groupLevels = 3;
@@ -26,19 +19,17 @@ std::optional<AccessibilityElement> toolbarOf(const AccessibilityElement& webAre
     element = firstWithRole(role::group, element->children());
   }
   if (element) element = firstWithDOMIdentifier("desktop-app-contents", element->children());
-  if (element) element = firstWithDOMIdentifier("desktop-app-toolbar", element->children());
-  return element ? element : wrappedToolbarOf(webArea);
+  return element ? firstWithDOMIdentifier("desktop-app-toolbar", element->children())
+                 : std::nullopt;
 }
 
 // Repository, then branch; a button further on names neither.
 std::vector<std::string> namesIn(const AccessibilityElement& toolbar) {
   constexpr std::size_t mostNames = 2;
-  constexpr std::size_t mostButtons = 30;
   constexpr int textDepth = 8;
   std::vector<std::string> names;
-  std::size_t examined = 0;
   for (const AccessibilityElement& button : toolbar.children()) {
-    if (names.size() == mostNames || ++examined > mostButtons) break;
+    if (names.size() == mostNames) break;
     if (!button.hasDOMClass("toolbar-button")) continue;
     if (auto name = gitHubDesktopName(staticTexts(button, textDepth))) {
       names.push_back(std::move(*name));
@@ -47,7 +38,7 @@ std::vector<std::string> namesIn(const AccessibilityElement& toolbar) {
   return names;
 }
 
-std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
+std::vector<std::string> gitHubDesktopPath(const AccessibilityElement& window) {
   for (const AccessibilityElement& webArea : webAreas(window, nullptr)) {
     const auto toolbar = toolbarOf(webArea);
     auto path = toolbar ? namesIn(*toolbar) : std::vector<std::string>();
@@ -57,17 +48,19 @@ std::vector<std::string> contextPathOf(const AccessibilityElement& window) {
 }
 
 // The button of the remote is labelled with what it would do or does.
-bool isActionLabel(std::string_view label) {
-  constexpr std::array<std::string_view, 5> verbs{"Fetch", "Pull", "Push", "Publish", "Force push"};
+bool isActionLabel(std::string_view text) {
+  constexpr std::array<std::string_view, 5> verbs{"fetch", "pull", "push", "publish", "force push"};
+  const std::string label = caselessText(text);
   return std::ranges::any_of(verbs, [&](std::string_view verb) {
     if (!label.starts_with(verb)) return false;
-    const auto rest = label.substr(verb.size());
+    const std::string rest = label.substr(verb.size());
     return rest.empty() || rest.starts_with(' ') || rest.starts_with("ing");
   });
 }
 
 bool isLabel(std::string_view text) {
-  return text == "Current repository" || text == "Current branch" || isActionLabel(text);
+  const std::string label = caselessText(text);
+  return label == "current repository" || label == "current branch" || isActionLabel(text);
 }
 
 }  // namespace
@@ -82,12 +75,7 @@ std::optional<std::string> gitHubDesktopName(const std::vector<std::string>& but
 
 void GitHubDesktopInfoExtractor::writeDetailsForActivity(Activity& activity) {
   enableEnhancedAccessibility(process_, activity);
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    auto path = contextPathOf(window);
-    if (path.empty()) continue;
-    activity.details.contextPath = std::move(path);
-    return;
-  }
+  writeFirstContextPath(process_, activity, gitHubDesktopPath);
 }
 
 }  // namespace kestro

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "extractors/AccessibilityElement.h"
+#include "foundation/ComparableText.h"
 
 namespace kestro {
 namespace {
@@ -31,8 +32,9 @@ bool hasUntitledValue(const AccessibilityElement& popUpButton) {
 
 std::optional<std::string> labelAmong(const std::vector<std::string>& texts,
                                       const std::string& title) {
-  const auto label = std::ranges::find_if(
-      texts, [&](const std::string& text) { return text != title && text.ends_with(':'); });
+  const auto label = std::ranges::find_if(texts, [&](const std::string& text) {
+    return !isSameText(text, title) && text.ends_with(':');
+  });
   return label == texts.end() ? std::nullopt : std::optional(*label);
 }
 
@@ -47,7 +49,8 @@ std::optional<std::string> dialogTitle(const AccessibilityElement& window) {
   for (const AccessibilityElement& child : children)
     roles.push_back(child.role());
   const auto texts = valuesOf(withRole(role::staticText, children, roles));
-  if (std::ranges::find(texts, *title) == texts.end()) return std::nullopt;
+  const auto isTitle = [&](const std::string& text) { return isSameText(text, *title); };
+  if (std::ranges::none_of(texts, isTitle)) return std::nullopt;
   const auto label = labelAmong(texts, *title);
   if (!label) return std::nullopt;
 

@@ -1,6 +1,6 @@
 #include "extractors/MailWritingInfoExtractor.h"
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 #include "extractors/TitleParts.h"
 #include "platform/LocalizedStrings.h"
 
@@ -8,7 +8,7 @@ namespace kestro {
 namespace {
 
 // The rows above the text: the window's children, or those of the split view that holds them.
-AccessibilityElements headerOf(const AccessibilityElement& window) {
+AccessibilityElements composeHeader(const AccessibilityElement& window) {
   auto children = window.children();
   if (children.empty() || children.front().role() != role::splitGroup) return children;
   return children.front().children();
@@ -34,21 +34,21 @@ std::optional<std::string> senderOf(const AccessibilityElements& header) {
 
 // The address tokens in the field behind the label.
 std::vector<std::string> recipientsOf(const AccessibilityElement& field) {
-  constexpr std::size_t mostTokens = 100;
   std::vector<std::string> recipients;
-  std::size_t examined = 0;
   for (const AccessibilityElement& token : field.children()) {
-    if (++examined > mostTokens) break;
     if (token.subrole() != subrole::textAttachment) continue;
-    auto recipient = token.nonEmptyString(attribute::value);
+    auto recipient = token.value();
     if (recipient) recipients.push_back(std::move(*recipient));
   }
   return recipients;
 }
 
 // The sender's line, then the recipients'.
-std::vector<std::string> correspondents(Process& process, const AccessibilityElements& header) {
-  std::vector<std::string> lines;
+ContextPath correspondents(const AccessibilityElement& window) {
+  const auto header = composeHeader(window);
+  if (!isComposeHeader(header)) return {};
+  Process& process = window.process();
+  ContextPath lines;
   if (const auto sender = senderOf(header)) {
     lines.push_back(localizedFormat(process, "From: %@", *sender));
   }
@@ -62,14 +62,7 @@ std::vector<std::string> correspondents(Process& process, const AccessibilityEle
 }  // namespace
 
 void MailWritingInfoExtractor::writeDetailsForActivity(Activity& activity) {
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    const auto header = headerOf(window);
-    if (!isComposeHeader(header)) continue;
-    auto lines = correspondents(process_, header);
-    if (lines.empty()) continue;
-    activity.details.contextPath = std::move(lines);
-    return;
-  }
+  writeFirstContextPath(process_, activity, correspondents);
 }
 
 }  // namespace kestro

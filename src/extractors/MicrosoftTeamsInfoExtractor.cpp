@@ -2,6 +2,7 @@
 
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/TitleParts.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroLegacy.h"
 
 namespace kestro {
@@ -12,10 +13,10 @@ MicrosoftTeamsInfoExtractor::MicrosoftTeamsInfoExtractor(Process& process)
 std::vector<std::string> MicrosoftTeamsInfoExtractor::contextPath(
     std::string_view windowTitle) const {
   auto parts = titleParts(windowTitle, " | ");
-  std::erase(parts, "");
-  std::erase(parts, "Microsoft Teams");
-  std::erase(parts, "Chat");
-  if (parts.empty()) return parts;
+  std::erase_if(parts, [](const std::string& part) {
+    return isSameText(part, "Microsoft Teams") || isSameText(part, "Chat");
+  });
+  if (areEmpty(parts)) return {};
   const auto match = firstMatch(parts.front(), nameWithAddition_);
   if (match) parts.front() = match->captures[1].value_or("");
   return parts;

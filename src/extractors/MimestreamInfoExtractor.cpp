@@ -1,6 +1,7 @@
 #include "extractors/MimestreamInfoExtractor.h"
 
 #include "extractors/AccessibilityElement.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroUI.h"
 
 namespace kestro {
@@ -8,7 +9,6 @@ namespace {
 
 // What a row or the window's split view may wrap its parts in.
 constexpr std::int64_t wrappingDepth = 6;
-constexpr std::size_t mostScrollAreas = 20;
 
 // The account that the message is sent from, then the message's subject.
 std::vector<std::string> writtenMessage(const AccessibilityElement& window) {
@@ -30,7 +30,7 @@ std::optional<AccessibilityElement> messageTable(const AccessibilityElement& win
   const auto splitGroup = firstWithRole(role::splitGroup, window.children());
   if (!splitGroup) return std::nullopt;
   return firstNonNil(splitGroup->descendantsWith({{attribute::role, std::string(role::scrollArea)}},
-                                                 wrappingDepth, mostScrollAreas),
+                                                 wrappingDepth),
                      tableIn);
 }
 
@@ -57,7 +57,7 @@ std::vector<std::string> selectedMessage(const AccessibilityElement& window) {
 }  // namespace
 
 bool namesMimestreamMessage(std::string_view windowTitle) {
-  return !windowTitle.empty() && windowTitle != "New Message";
+  return !windowTitle.empty() && !isSameText(windowTitle, "New Message");
 }
 
 void MimestreamInfoExtractor::writeDetailsForActivity(Activity& activity) {

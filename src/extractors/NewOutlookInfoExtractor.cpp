@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "extractors/ContextPath.h"
 #include "platform/LocalizedStrings.h"
 #include "product/KestroLegacy.h"
 
@@ -10,15 +11,14 @@ namespace {
 
 // Groups around the message list. The open message, which can be a whole web page, lies deeper.
 constexpr std::int64_t listDepth = 6;
-constexpr std::size_t mostScrollAreas = 20;
 
 // The lists of folders and messages: the first table and the first outline of each scroll area.
-AccessibilityElements listsOf(const AccessibilityElement& window) {
+AccessibilityElements messageLists(const AccessibilityElement& window) {
   AccessibilityElements lists;
   const auto splitGroup = window.firstDescendantWithRole(role::splitGroup, listDepth);
   if (!splitGroup) return lists;
-  for (const AccessibilityElement& scrollArea : splitGroup->descendantsWith(
-           {{attribute::role, std::string(role::scrollArea)}}, listDepth, mostScrollAreas)) {
+  for (const AccessibilityElement& scrollArea :
+       splitGroup->descendantsWith({{attribute::role, std::string(role::scrollArea)}}, listDepth)) {
     for (const std::string_view listRole : {role::table, role::outline}) {
       const auto list = scrollArea.firstDescendantWithRole(listRole, listDepth);
       if (list && !containsElement(lists, *list)) lists.push_back(*list);
@@ -66,7 +66,7 @@ NewOutlookInfoExtractor::Summary NewOutlookInfoExtractor::summary(
 
 NewOutlookInfoExtractor::Summary NewOutlookInfoExtractor::selectedMessage(
     const AccessibilityElement& window) const {
-  for (const AccessibilityElement& list : listsOf(window)) {
+  for (const AccessibilityElement& list : messageLists(window)) {
     const auto rows = list.selectedRows();
     const auto description =
         rows.empty() ? std::nullopt : rows.front().stringAttribute(attribute::description);
@@ -89,12 +89,8 @@ std::vector<std::string> NewOutlookInfoExtractor::contextPath(
 }
 
 void NewOutlookInfoExtractor::writeDetailsForActivity(Activity& activity) {
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
-    auto path = contextPath(window);
-    if (path.empty()) continue;
-    activity.details.contextPath = std::move(path);
-    return;
-  }
+  writeFirstContextPath(process_, activity,
+                        [this](const AccessibilityElement& window) { return contextPath(window); });
 }
 
 }  // namespace kestro

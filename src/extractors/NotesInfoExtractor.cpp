@@ -4,7 +4,7 @@
 
 #include "accessibility/UIElementUtilities.h"
 #include "extractors/AccessibilityElement.h"
-#include "product/KestroDatabase.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroLegacy.h"
 #include "product/KestroUI.h"
 
@@ -18,27 +18,21 @@ struct PlacedText {
   Point position;
 };
 
-void collectTexts(const AccessibilityElement& element, int depth, std::vector<PlacedText>& texts) {
-  if (element.role() == role::staticText) {
-    if (auto text = element.value()) {
-      const auto& utilities = element.process().shared<UIElementUtilities>();
-      texts.push_back({std::move(*text), utilities.originOfUIElement(element.handle())});
-    }
-    return;
-  }
-  if (depth == 0) return;
-  for (const AccessibilityElement& child : element.children()) {
-    collectTexts(child, depth - 1, texts);
+void collectTexts(const AccessibilityElement& cell, std::vector<PlacedText>& texts) {
+  constexpr int depth = 4;
+  for (const AccessibilityElement& element :
+       cell.descendantsWith({{attribute::role, std::string(role::staticText)}}, depth)) {
+    auto text = element.value();
+    if (!text) continue;
+    const auto& utilities = element.process().shared<UIElementUtilities>();
+    texts.push_back({std::move(*text), utilities.originOfUIElement(element.handle())});
   }
 }
 
 // The cells of the rows that are selected in a list; empty when it is no list of rows with cells.
 AccessibilityElements selectedCells(const AccessibilityElement& list) {
   AccessibilityElements cells;
-  constexpr std::size_t mostRows = 10;
-  std::size_t examined = 0;
   for (const AccessibilityElement& row : list.selectedRows()) {
-    if (++examined > mostRows) break;
     if (row.role() != role::row) continue;
     const auto ofRow = allWithRole(role::cell, row.children());
     cells.insert(cells.end(), ofRow.begin(), ofRow.end());
@@ -47,7 +41,7 @@ AccessibilityElements selectedCells(const AccessibilityElement& list) {
 }
 
 // The lists of notes: what the scroll areas of the window's split view hold.
-AccessibilityElements listsOf(const AccessibilityElement& window) {
+AccessibilityElements noteLists(const AccessibilityElement& window) {
   const auto splitGroup = firstWithRole(role::splitGroup, window.children());
   if (!splitGroup) return {};
   auto scrollAreas = splitGroup->children();
@@ -57,18 +51,16 @@ AccessibilityElements listsOf(const AccessibilityElement& window) {
 }
 
 std::optional<std::string> selectedNote(const AccessibilityElement& window) {
-  constexpr int cellDepth = 4;
   std::vector<PlacedText> texts;
-  for (const AccessibilityElement& list : listsOf(window)) {
+  for (const AccessibilityElement& list : noteLists(window)) {
     std::vector<PlacedText> found;
     for (const AccessibilityElement& cell : selectedCells(list)) {
-      collectTexts(cell, cellDepth, found);
+      collectTexts(cell, found);
     }
     if (found.empty()) continue;
-    // An outline is the list of folders, which stands before that of the notes.
-    const bool isFolders = list.role() == role::outline;
-    if (texts.empty() || !isFolders) texts = std::move(found);
-    if (!isFolders) break;
+    texts = std::move(found);
+    // Outlines come first: that of the folders, then perhaps one of notes.
+    if (list.role() != role::outline) break;
   }
   std::ranges::stable_sort(texts, [](const PlacedText& left, const PlacedText& right) {
     return std::pair(left.position.y, left.position.x) <
@@ -79,14 +71,13 @@ std::optional<std::string> selectedNote(const AccessibilityElement& window) {
 
 // Whether the title says more than the application's name.
 bool namesNote(const std::string& title, const std::optional<std::string>& applicationName) {
-  if (title.empty()) return false;
-  return !applicationName || title != removingInvisibleControlCharacters(*applicationName);
+  return !applicationName || !isSameText(title, *applicationName);
 }
 
 }  // namespace
 
 std::optional<std::string> noteTitle(const std::string& text) {
-  if (text.empty() || text.starts_with("…")) return std::nullopt;
+  if (comparableText(text).starts_with("…")) return std::nullopt;
   return truncated(text, longestText, TruncationPosition::end);
 }
 

@@ -2,24 +2,23 @@
 
 #include <algorithm>
 #include <array>
+#include <unordered_set>
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/WebAreas.h"
+#include "foundation/ComparableText.h"
 #include "foundation/TextCase.h"
 
 namespace kestro {
 namespace {
 
 using Conditions = AccessibilityElement::Conditions;
-using Path = std::vector<std::string>;
 
-// Bounds on the ways to and from one entry, and on the entries tried: a page that is titled like
-// its every paragraph must not make a sample slow.
-constexpr std::size_t mostEntries = 5;
-constexpr std::size_t mostCrumbs = 15;
+// What a line of crumbs looks like: pages with icons and separators between them, each perhaps in a
+// few groups. The page itself holds hundreds of parts.
+constexpr std::size_t mostCrumbs = 60;
 constexpr int mostWrappers = 3;
-constexpr int mostAncestors = 20;
 
 constexpr std::array crumbRoles{role::link, role::button, role::group};
 
@@ -27,7 +26,7 @@ bool isCrumbRole(const std::optional<std::string>& elementRole) {
   return elementRole && std::ranges::find(crumbRoles, *elementRole) != crumbRoles.end();
 }
 
-std::optional<std::string> labelOf(const AccessibilityElement& element) {
+std::optional<std::string> crumbLabel(const AccessibilityElement& element) {
   if (auto title = element.nonEmptyString(attribute::title)) return title;
   return element.nonEmptyString(attribute::description);
 }
@@ -36,7 +35,7 @@ std::optional<std::string> labelOf(const AccessibilityElement& element) {
 std::optional<std::string> crumbName(AccessibilityElement element) {
   for (int wrapped = 0; wrapped <= mostWrappers; ++wrapped) {
     if (!isCrumbRole(element.role())) return std::nullopt;
-    const auto label = labelOf(element);
+    const auto label = crumbLabel(element);
     // "/", "…" and icons name no page.
     if (label) return hasLetterOrDigit(*label) ? label : std::nullopt;
     const auto children = element.children();
@@ -49,8 +48,9 @@ std::optional<std::string> crumbName(AccessibilityElement element) {
 // The sidebar names pages too, one below the other.
 bool isInListOfPages(const AccessibilityElement& element) {
   constexpr std::array lists{role::list, role::outline, role::table};
+  std::unordered_set<AccessibilityElement> climbed;
   std::optional<AccessibilityElement> ancestor = element;
-  for (int climbed = 0; ancestor && climbed < mostAncestors; ++climbed) {
+  while (ancestor && climbed.insert(*ancestor).second) {
     const auto elementRole = ancestor->role();
     if (elementRole == role::webArea || elementRole == role::window) return false;
     if (elementRole && std::ranges::find(lists, *elementRole) != lists.end()) return true;
@@ -60,10 +60,19 @@ bool isInListOfPages(const AccessibilityElement& element) {
   return false;
 }
 
-Path namesBefore(const AccessibilityElement& crumb, const AccessibilityElements& siblings) {
-  Path names;
+// Words between links make a line of the page's text; what separates crumbs has no letters.
+bool isWords(const AccessibilityElement& element) {
+  if (element.role() != role::staticText) return false;
+  const auto text = element.value();
+  return text && hasLetterOrDigit(*text);
+}
+
+// Empty too for a line of text.
+ContextPath namesBefore(const AccessibilityElement& crumb, const AccessibilityElements& siblings) {
+  ContextPath names;
   for (const AccessibilityElement& sibling : siblings) {
     if (sibling == crumb) break;
+    if (isWords(sibling)) return {};
     if (auto name = crumbName(sibling)) names.push_back(std::move(*name));
   }
   return names;
@@ -71,15 +80,15 @@ Path namesBefore(const AccessibilityElement& crumb, const AccessibilityElements&
 
 // The names before the entry in the line that it ends, and the entry's own. Empty when there is no
 // such line.
-Path pathEndingAt(const AccessibilityElement& entry) {
-  const auto title = labelOf(entry);
+ContextPath pathEndingAt(const AccessibilityElement& entry) {
+  const auto title = crumbLabel(entry);
   AccessibilityElement crumb = entry;
   for (int climbed = 0; title && climbed <= mostWrappers; ++climbed) {
     const auto container = crumb.parent();
     if (!container || container->role() != role::group) return {};
     const auto siblings = container->children();
     if (siblings.size() > mostCrumbs || !containsElement(siblings, crumb)) return {};
-    Path path = namesBefore(crumb, siblings);
+    ContextPath path = namesBefore(crumb, siblings);
     if (!path.empty()) {
       path.push_back(*title);
       return path;
@@ -92,24 +101,24 @@ Path pathEndingAt(const AccessibilityElement& entry) {
 // How the open page's entry is known: by the window's title or, without one, by the page's address.
 std::vector<Conditions> entryConditions(const ActivityDetails& details) {
   std::vector<Conditions> searches;
-  if (details.windowTitle && !details.windowTitle->empty()) {
+  if (details.windowTitle && !comparableText(*details.windowTitle).empty()) {
     for (const std::string_view wanted : crumbRoles) {
       for (const std::string_view label : {attribute::title, attribute::description}) {
-        searches.push_back({{attribute::role, std::string(wanted)}, {label, *details.windowTitle}});
+        searches.push_back({{attribute::role, std::string(wanted)},
+                            ElementCondition::says(label, *details.windowTitle)});
       }
     }
   } else if (details.documentPath) {
-    searches.push_back(
-        {{attribute::role, std::string(role::link)}, {attribute::url, *details.documentPath}});
+    searches.push_back({{attribute::role, std::string(role::link)},
+                        {attribute::url, *details.documentPath, ElementCondition::Kind::address}});
   }
   return searches;
 }
 
-Path pathIn(const AccessibilityElement& webArea, const ActivityDetails& details) {
+ContextPath pathIn(const AccessibilityElement& webArea, const ActivityDetails& details) {
   const auto depth = maxRecursionLevel(webArea.process());
   for (const Conditions& conditions : entryConditions(details)) {
-    for (const AccessibilityElement& entry :
-         webArea.descendantsWith(conditions, depth, mostEntries)) {
+    for (const AccessibilityElement& entry : webArea.descendantsWith(conditions, depth)) {
       if (isInListOfPages(entry)) continue;
       auto path = pathEndingAt(entry);
       if (!path.empty()) return path;
@@ -122,14 +131,13 @@ Path pathIn(const AccessibilityElement& webArea, const ActivityDetails& details)
 
 void NotionInfoExtractor::writeDetailsForActivity(Activity& activity) {
   enableEnhancedAccessibility(process_, activity);
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+  writeFirstContextPath(process_, activity, [&](const AccessibilityElement& window) {
     for (const AccessibilityElement& webArea : webAreas(window, nullptr)) {
       auto path = pathIn(webArea, activity.details);
-      if (path.empty()) continue;
-      activity.details.contextPath = std::move(path);
-      return;
+      if (!path.empty()) return path;
     }
-  }
+    return ContextPath();
+  });
 }
 
 }  // namespace kestro

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "extractors/TitleParts.h"
-#include "foundation/TextCase.h"
+#include "foundation/ComparableText.h"
 #include "platform/Files.h"
 
 namespace kestro {
@@ -23,9 +23,10 @@ void addPhrases(const PropertyListDictionary& texts, std::set<std::string>& phra
                             "smart search field showing a secure address in a private window",
                             "Private Browsing"};
   for (const std::string_view key : keys) {
-    const PropertyList* phrase = texts.find(key);
-    const auto* text = phrase ? phrase->get<std::string>() : nullptr;
-    if (text && !text->empty()) phrases.insert(lowercased(*text));
+    const PropertyList* value = texts.find(key);
+    const auto* text = value ? value->get<std::string>() : nullptr;
+    auto phrase = text ? caselessText(*text) : std::string();
+    if (!phrase.empty()) phrases.insert(std::move(phrase));
   }
 }
 
@@ -101,8 +102,9 @@ bool isAddress(const std::optional<std::string>& text) {
 
 std::string titleWithHistoryLast(const std::string& title, std::string_view showHistory) {
   auto parts = titleParts(title, historySeparator);
-  if (parts.size() < 2 || parts.front().empty()) return title;
-  if (showHistory.find(parts.front()) == std::string_view::npos) return title;
+  const std::string first = comparableText(parts.front());
+  if (parts.size() < 2 || first.empty()) return title;
+  if (comparableText(showHistory).find(first) == std::string::npos) return title;
   std::rotate(parts.begin(), parts.begin() + 1, parts.end());
   return joined(parts, historySeparator);
 }
@@ -112,7 +114,7 @@ SafariInfoExtractor::SafariInfoExtractor(Process& process)
 
 void SafariInfoExtractor::writeDetailsForActivity(Activity& activity) {
   const auto& title = activity.details.windowTitle;
-  if (title && containsAny(lowercased(*title), titlePhrases_)) {
+  if (title && containsAny(caselessText(*title), titlePhrases_)) {
     activity.details.isPrivateBrowsing = true;
   }
   moveHistoryToEnd(activity);
@@ -145,8 +147,8 @@ void SafariInfoExtractor::readAddressField(Activity& activity,
 
 bool SafariInfoExtractor::containsFieldPhrase(const std::optional<std::string>& text) const {
   if (!text) return false;
-  const std::string lowerCase = lowercased(*text);
-  return lowerCase.find("priv") != std::string::npos || containsAny(lowerCase, titlePhrases_);
+  const std::string said = caselessText(*text);
+  return said.find("priv") != std::string::npos || containsAny(said, titlePhrases_);
 }
 
 }  // namespace kestro

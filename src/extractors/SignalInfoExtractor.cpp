@@ -1,6 +1,6 @@
 #include "extractors/SignalInfoExtractor.h"
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/WebAreas.h"
 #include "product/KestroDatabase.h"
@@ -9,10 +9,8 @@
 namespace kestro {
 namespace {
 
-// The header comes first in its pane; a message can have a button for every reaction.
+// The header comes first in its pane; what follows are messages, with a button for every reaction.
 constexpr std::size_t mostButtonsExamined = 10;
-constexpr std::size_t mostPanesExamined = 10;
-constexpr std::size_t mostTexts = 20;
 
 std::optional<AccessibilityElement> applicationContainer(const AccessibilityElement& webArea) {
   return webArea.firstAlongFirstChildren(
@@ -24,12 +22,11 @@ std::optional<AccessibilityElement> applicationContainer(const AccessibilityElem
 // What the chosen side tab shows: the list of conversations and the open one.
 std::optional<AccessibilityElement> tabPanel(const AccessibilityElement& container) {
   const auto depth = maxRecursionLevel(container.process());
-  const auto tabs =
-      container.firstDescendantWith({{attribute::domClassList, "NavTabs__Container"}}, depth);
+  const auto tabs = container.firstDescendantWith({hasClass("NavTabs__Container")}, depth);
   return tabs ? tabs->firstDescendantWithSubrole(subrole::tabPanel, depth) : std::nullopt;
 }
 
-std::optional<std::string> nameIn(const AccessibilityElement& text) {
+std::optional<std::string> nameBy(const AccessibilityElement& text) {
   const auto value = text.value();
   return value ? signalHeaderText(*value) : std::nullopt;
 }
@@ -37,8 +34,7 @@ std::optional<std::string> nameIn(const AccessibilityElement& text) {
 std::optional<std::string> nameOn(const AccessibilityElement& button) {
   const auto depth = maxRecursionLevel(button.process());
   return firstNonNil(
-      button.descendantsWith({{attribute::role, std::string(role::staticText)}}, depth, mostTexts),
-      nameIn);
+      button.descendantsWith({{attribute::role, std::string(role::staticText)}}, depth), nameBy);
 }
 
 // The name on the first button that has one.
@@ -50,11 +46,9 @@ std::optional<std::string> nameOnButtonsOf(const AccessibilityElement& pane, std
 
 // The first of several panes is the list, whose rows are buttons too.
 std::optional<std::string> nameInPanes(const AccessibilityElements& panes) {
-  std::size_t examined = 0;
-  for (std::size_t index = panes.size(); index > 1 && examined < mostPanesExamined; --index) {
+  for (std::size_t index = panes.size(); index > 1; --index) {
     const auto depth = maxRecursionLevel(panes.front().process());
     if (auto conversation = nameOnButtonsOf(panes[index - 1], depth)) return conversation;
-    ++examined;
   }
   return std::nullopt;
 }
@@ -103,12 +97,10 @@ std::optional<std::string> signalHeaderText(std::string_view text) {
 
 void SignalInfoExtractor::writeDetailsForActivity(Activity& activity) {
   enableEnhancedAccessibility(process_, activity);
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+  writeFirstContextPath(process_, activity, [](const AccessibilityElement& window) {
     const auto conversation = firstNonNil(webAreas(window, nullptr), conversationIn);
-    if (!conversation || conversation->empty()) continue;
-    activity.details.contextPath = {*conversation};
-    return;
-  }
+    return conversation && !conversation->empty() ? ContextPath{*conversation} : ContextPath();
+  });
 }
 
 }  // namespace kestro

@@ -10,8 +10,7 @@ class SignalInfoExtractor final : public KSApplicationInfoExtractor {
   static constexpr std::string_view name = "SignalInfoExtractor";
   explicit SignalInfoExtractor(Process& process) : process_(process) {}
 
-  // Some 20 requests for a window with an open conversation. However long the conversation is,
-  // never more than two hundred and fifty.
+  // Some 20 requests for a window with an open conversation, however long the conversation is.
   void writeDetailsForActivity(Activity& activity) override;
 
  private:

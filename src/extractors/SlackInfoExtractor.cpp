@@ -5,6 +5,7 @@
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/TitleParts.h"
 #include "extractors/WebAreas.h"
+#include "foundation/ComparableText.h"
 #include "product/KestroLegacy.h"
 #include "product/KestroUI.h"
 
@@ -18,21 +19,21 @@ SlackInfoExtractor::SlackInfoExtractor(Process& process)
       marker_(R"(^(!|\*|\^) (.*)$)"),
       trailingCounter_(R"(^\d+ .+$)") {}
 
-bool SlackInfoExtractor::isDecoration(const std::string& part) const {
+bool SlackInfoExtractor::isDecoration(const std::string& titlePart) const {
+  const std::string part = comparableText(titlePart);
   return matches(part, applicationName_) || matches(part, callTimer_) ||
          part.find(" new items") != std::string::npos || matches(part, unreadCounter_);
 }
 
 std::vector<std::string> SlackInfoExtractor::contextPath(std::string_view windowTitle) const {
   const std::string title = removingTrailingEmojiAndWhitespace(windowTitle);
-  if (title.empty()) return {};
   auto parts = titleParts(title, title.find(" | ") == std::string::npos ? " - " : " | ");
   std::erase_if(parts, [&](const std::string& part) { return isDecoration(part); });
   for (std::string& part : parts) {
     if (const auto match = firstMatch(part, marker_)) part = match->captures[2].value_or("");
   }
-  std::erase(parts, "");
   if (parts.size() > 1 && matches(parts.back(), trailingCounter_)) parts.pop_back();
+  if (areEmpty(parts)) return {};
   std::ranges::reverse(parts);
   return parts;
 }

@@ -6,7 +6,7 @@
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/SparkPage.h"
 #include "extractors/TitleParts.h"
-#include "foundation/TextCase.h"
+#include "foundation/ComparableText.h"
 #include "platform/LocalizedStrings.h"
 #include "platform/UserDefaults.h"
 
@@ -21,20 +21,21 @@ std::optional<AccessibilityElement> webAreaOf(const AccessibilityElement& window
 
 SparkInfoExtractor::SparkInfoExtractor(Process& process)
     : process_(process),
-      extraOutgoingFolderName_(lowercased(process.platform()
-                                              .defaults.standard()
-                                              .string("SparkInfoExtractor_extraOutgoingFolderName")
-                                              .value_or(""))) {}
+      extraOutgoingFolderName_(
+          caselessText(process.platform()
+                           .defaults.standard()
+                           .string("SparkInfoExtractor_extraOutgoingFolderName")
+                           .value_or(""))) {}
 
 bool SparkInfoExtractor::isOutgoingFolder(std::string_view folderName) const {
   constexpr std::array<std::string_view, 19> outgoing{
       "sent",         "gesendet",  "envoyés", "enviados",  "inviate",    "送信",       "已发送",
       "отправленные", "надіслані", "drafts",  "entwürfe",  "brouillons", "borradores", "rascunhos",
       "bozze",        "下書き",    "草稿",    "черновики", "чернетки"};
-  if (folderName.empty()) return false;
-  const std::string lowercasedName = lowercased(folderName);
-  return lowercasedName == extraOutgoingFolderName_ ||
-         std::ranges::find(outgoing, lowercasedName) != outgoing.end();
+  const std::string folder = caselessText(folderName);
+  if (folder.empty()) return false;
+  return folder == extraOutgoingFolderName_ ||
+         std::ranges::find(outgoing, folder) != outgoing.end();
 }
 
 std::optional<std::string> sparkSubject(std::string_view text) {

@@ -12,8 +12,7 @@ class SparkInfoExtractor final : public KSApplicationInfoExtractor {
   explicit SparkInfoExtractor(Process& process);
 
   // Looks at the first window only: some 15 requests, two more for each recipient and one for each
-  // folder above the current one. At most sixty recipients and a hundred folders are
-  // looked at.
+  // folder above the current one.
   void writeDetailsForActivity(Activity& activity) override;
 
   // Whether messages in the folder were written by the user, by the folder's name.

@@ -5,13 +5,9 @@
 namespace kestro {
 namespace {
 
-constexpr std::size_t mostFolders = 100;
-// Of buttons, and of the texts on them.
-constexpr std::size_t mostExamined = 60;
-
 AccessibilityElements allBelow(const AccessibilityElement& element, std::string_view role,
                                std::int64_t depth) {
-  return element.descendantsWith({{attribute::role, std::string(role)}}, depth, mostExamined);
+  return element.descendantsWith({{attribute::role, std::string(role)}}, depth);
 }
 
 AccessibilityElements allBelow(const AccessibilityElement& element, std::string_view role) {
@@ -31,10 +27,8 @@ std::optional<AccessibilityElement> withDOMIdentifier(const AccessibilityElement
 
 std::vector<std::string> textsOn(const AccessibilityElements& buttons) {
   std::vector<std::string> texts;
-  std::size_t examined = 0;
   for (const AccessibilityElement& button : buttons) {
     for (const AccessibilityElement& text : allBelow(button, role::staticText)) {
-      if (examined++ == mostExamined) return texts;
       if (auto value = text.nonEmptyString(attribute::value)) texts.push_back(std::move(*value));
     }
   }
@@ -61,7 +55,7 @@ std::optional<AccessibilityElement> openArticle(const AccessibilityElement& webA
   const AccessibilityElement& content = wrapper ? *wrapper : webArea;
   const auto regions =
       content.descendantsWith({{attribute::subrole, std::string(subrole::landmarkRegion)}},
-                              maxRecursionLevel(webArea.process()), mostExamined);
+                              maxRecursionLevel(webArea.process()));
   return firstNonNil(regions.empty() ? AccessibilityElements{content} : regions, articleIn);
 }
 
@@ -83,20 +77,39 @@ std::optional<std::string> sparkCurrentFolder(const AccessibilityElement& webAre
         return box.booleanAttribute(attribute::value) == true;
       },
       sidebar->descendantsWith({{attribute::role, std::string(role::checkBox)}},
-                               maxRecursionLevel(webArea.process()), mostFolders));
+                               maxRecursionLevel(webArea.process())));
   return folder ? folder->nonEmptyString(attribute::description) : std::nullopt;
 }
 
+// Whether the line of buttons ends an article that begins with something else, as the buttons do
+// that answer the message.
+bool isBehindMessage(const AccessibilityElements& line, const AccessibilityElement& article) {
+  const auto ancestors = ancestorsUpTo(article, line.back());
+  bool isFirst = true;
+  AccessibilityElement first = line.front();
+  AccessibilityElement last = line.back();
+  for (const AccessibilityElement& ancestor : ancestors) {
+    const auto children = ancestor.children();
+    if (children.empty() || children.back() != last) return false;
+    // Beside names, in their own group, stands the date.
+    const bool isGroupOfLine = ancestor == ancestors.front() && ancestor != article;
+    isFirst = isFirst && (isGroupOfLine || children.front() == first);
+    first = last = ancestor;
+  }
+  return !isFirst;
+}
+
 // The texts on the first button that has some and on those beside it. Other buttons, such as those
-// that answer the message, stand elsewhere.
+// that answer the message, stand elsewhere; where they are the only ones nobody is named.
 std::vector<std::string> sparkCorrespondents(const AccessibilityElement& webArea) {
   const auto article = openArticle(webArea);
   if (!article) return {};
   for (const AccessibilityElement& button : allBelow(*article, role::button)) {
-    auto texts = textsOn({button});
-    if (texts.empty()) continue;
+    if (textsOn({button}).empty()) continue;
     const auto parent = button.parent();
-    return parent ? textsOn(allBelow(*parent, role::button, 1)) : texts;
+    const auto line = parent ? allBelow(*parent, role::button, 1) : AccessibilityElements();
+    if (line.empty() || isBehindMessage(line, *article)) return {};
+    return textsOn(line);
   }
   return {};
 }

@@ -1,5 +1,5 @@
 // Where Spark's page has what its extractor tells of: the composer, the sidebar and the open
-// message. At most sixty buttons and a hundred folders are looked at.
+// message.
 #pragma once
 
 #include "extractors/AccessibilityElement.h"

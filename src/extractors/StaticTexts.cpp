@@ -1,18 +1,43 @@
 #include "extractors/StaticTexts.h"
 
+#include <algorithm>
+
 #include "foundation/TextCase.h"
 
 namespace kestro {
 
-std::vector<std::string> staticTexts(const AccessibilityElement& element, std::int64_t maxDepth) {
-  constexpr std::size_t mostRead = 20;
-  const auto elements = element.descendantsWith({{attribute::role, std::string(role::staticText)}},
-                                                maxDepth, mostRead);
+namespace {
+
+std::vector<std::string> allStaticTexts(const AccessibilityElement& element,
+                                        std::int64_t maxDepth) {
+  const auto elements =
+      element.descendantsWith({{attribute::role, std::string(role::staticText)}}, maxDepth);
   std::vector<std::string> texts;
   for (const AccessibilityElement& text : elements) {
     auto value = text.nonEmptyString(attribute::value);
-    if (value && hasLetterOrDigit(*value)) texts.push_back(std::move(*value));
+    if (value) texts.push_back(std::move(*value));
   }
+  return texts;
+}
+
+bool isDecoration(const std::string& text) {
+  return !hasLetterOrDigit(text);
+}
+
+}  // namespace
+
+std::vector<std::string> staticTexts(const AccessibilityElement& element, std::int64_t maxDepth) {
+  auto texts = allStaticTexts(element, maxDepth);
+  std::erase_if(texts, isDecoration);
+  return texts;
+}
+
+std::vector<std::string> staticTextsOrSigns(const AccessibilityElement& element,
+                                            std::int64_t maxDepth) {
+  auto texts = allStaticTexts(element, maxDepth);
+  const bool areSigns = std::ranges::all_of(texts, isDecoration);
+  std::erase_if(
+      texts, [&](const std::string& text) { return areSigns ? isIcon(text) : isDecoration(text); });
   return texts;
 }
 

@@ -10,10 +10,15 @@
 
 namespace kestro {
 
-// The non-empty values of the first twenty static texts among the element and its descendants down
-// to `maxDepth` levels below it, in pre-order. One request and one for each text, where the
-// platform searches for itself.
+// The values that have a letter or a digit, of the static texts among the element and its
+// descendants down to `maxDepth` levels below it, in pre-order. One request and one for each text,
+// where the platform searches for itself.
 std::vector<std::string> staticTexts(const AccessibilityElement& element, std::int64_t maxDepth);
+
+// The same where a title may consist of signs alone ("???"): when none of the texts has a letter or
+// digit they are all but icons.
+std::vector<std::string> staticTextsOrSigns(const AccessibilityElement& element,
+                                            std::int64_t maxDepth);
 
 // The pieces of one line as a line: a blank where neither side of a joint has one. Absent for a
 // line of nothing or of blanks.

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 namespace kestro {
 
 std::vector<std::string> titleParts(std::string_view title, std::string_view separator) {
@@ -13,6 +15,10 @@ std::vector<std::string> titleParts(std::string_view title, std::string_view sep
   }
   parts.emplace_back(title);
   return parts;
+}
+
+bool areEmpty(const std::vector<std::string>& parts) {
+  return std::ranges::all_of(parts, &std::string::empty);
 }
 
 std::string withoutEvery(std::string text, std::string_view part) {

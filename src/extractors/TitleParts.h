@@ -10,6 +10,9 @@ namespace kestro {
 // The parts between the separators, empty ones included; one part when there is no separator.
 std::vector<std::string> titleParts(std::string_view title, std::string_view separator);
 
+// Whether nothing remains of a title but parts without a text.
+bool areEmpty(const std::vector<std::string>& parts);
+
 // The text without any occurrence of the part.
 std::string withoutEvery(std::string text, std::string_view part);
 

@@ -2,16 +2,14 @@
 
 #include "extractors/EnhancedAccessibility.h"
 #include "extractors/WebAreas.h"
-#include "product/KestroDatabase.h"
-#include "product/KestroLegacy.h"
+#include "foundation/ComparableText.h"
 
 namespace kestro {
 
 std::string pageTitleWithoutApplicationName(std::string_view title,
                                             const std::optional<std::string>& applicationName) {
   if (!applicationName) return std::string(title);
-  return removingSuffixIfPresent(title,
-                                 " • " + removingInvisibleControlCharacters(*applicationName));
+  return removingSameSuffix(title, " • " + *applicationName);
 }
 
 void WebAreaTitleInfoExtractor::writeDetailsForActivity(Activity& activity) {

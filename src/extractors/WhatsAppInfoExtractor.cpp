@@ -1,6 +1,6 @@
 #include "extractors/WhatsAppInfoExtractor.h"
 
-#include "extractors/AccessibilityElement.h"
+#include "extractors/ContextPath.h"
 #include "extractors/EnhancedAccessibility.h"
 #include "product/KestroDatabase.h"
 
@@ -33,13 +33,11 @@ std::optional<std::string> nameOf(const std::optional<AccessibilityElement>& ele
 
 void WhatsAppInfoExtractor::writeDetailsForActivity(Activity& activity) {
   enableEnhancedAccessibility(process_, activity);
-  for (const AccessibilityElement& window : accessibilityWindows(process_, activity)) {
+  writeFirstContextPath(process_, activity, [](const AccessibilityElement& window) {
     auto conversation = nameOf(toolbarHeading(window));
     if (!conversation) conversation = nameOf(headerButton(window));
-    if (!conversation) continue;
-    activity.details.contextPath = {*conversation};
-    return;
-  }
+    return conversation ? ContextPath{*conversation} : ContextPath();
+  });
 }
 
 }  // namespace kestro

@@ -5,23 +5,38 @@
 #include <unicode/unistr.h>
 
 namespace kestro {
+namespace {
+
+icu::UnicodeString charactersOf(std::string_view text) {
+  return icu::UnicodeString::fromUTF8(
+      icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+}
+
+}  // namespace
 
 std::string lowercased(std::string_view text) {
-  auto characters = icu::UnicodeString::fromUTF8(
-      icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
   std::string result;
-  characters.toLower(icu::Locale::getRoot()).toUTF8String(result);
+  charactersOf(text).toLower(icu::Locale::getRoot()).toUTF8String(result);
   return result;
 }
 
 bool hasLetterOrDigit(std::string_view text) {
-  const auto characters = icu::UnicodeString::fromUTF8(
-      icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+  const auto characters = charactersOf(text);
   for (std::int32_t index = 0; index < characters.length();
        index = characters.moveIndex32(index, 1)) {
     if (u_isalnum(characters.char32At(index))) return true;
   }
   return false;
+}
+
+bool isIcon(std::string_view text) {
+  const auto characters = charactersOf(text);
+  for (std::int32_t index = 0; index < characters.length();
+       index = characters.moveIndex32(index, 1)) {
+    const UChar32 character = characters.char32At(index);
+    if (u_charType(character) != U_PRIVATE_USE_CHAR && !u_isUWhiteSpace(character)) return false;
+  }
+  return true;
 }
 
 }  // namespace kestro

@@ -13,4 +13,7 @@ std::string lowercased(std::string_view text);
 // stand where no letters are.
 bool hasLetterOrDigit(std::string_view text);
 
+// Whether the text is made of glyphs of icon fonts and white space alone.
+bool isIcon(std::string_view text);
+
 }  // namespace kestro

@@ -11,11 +11,21 @@
 
 namespace kestro {
 
-// Holds where the attribute is this text, a web address whose absolute form it is, or a list of
-// nothing but texts with this one among them.
+// What an attribute must say. A value of another type counts as absent: it meets no condition.
 struct ElementCondition {
+  enum class Kind {
+    text,      // it is this text
+    sameText,  // it is a text of this comparable form (foundation/ComparableText.h)
+    member,    // it is a list of nothing but texts, this one among them
+    address,   // it is a web address whose absolute form this is, or this text
+  };
+
   std::string_view attribute;
   std::string text;
+  Kind kind = Kind::text;
+
+  // The attribute is a text that says the same.
+  static ElementCondition says(std::string_view attribute, std::string_view text);
 
   bool holdsFor(const AttributeValue& value) const;
 };

@@ -1,5 +1,6 @@
 // The accessibility half of the probe: from the application's element to its windows' fields.
 #include <algorithm>
+#include <unordered_set>
 
 #include "accessibility/UIElementUtilities.h"
 #include "extractors/AccessibilityNames.h"
@@ -13,8 +14,6 @@ namespace kestro {
 namespace {
 
 constexpr double defaultMessagingTimeout = 2;  // seconds
-// Sheets on sheets end at a window; only a broken application has more of them than this.
-constexpr int maximumSheets = 100;
 
 }  // namespace
 
@@ -79,7 +78,9 @@ std::vector<UIElement> KSInfoExtractor::acceptedWindows(
 // A sheet counts as the window it belongs to.
 std::optional<UIElement> KSInfoExtractor::windowOfSheet(UIElement element) const {
   const auto& utilities = process_.shared<UIElementUtilities>();
-  for (int sheets = 0; sheets < maximumSheets; ++sheets) {
+  // Sheets on sheets end at a window; those of a broken application may lead back.
+  std::unordered_set<UIElement> sheets;
+  while (sheets.insert(element).second) {
     if (utilities.roleOfUIElement(element) != role::sheet) return element;
     const auto parent = utilities.parentOfUIElement(element);
     if (!parent) return std::nullopt;

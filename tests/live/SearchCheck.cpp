@@ -34,9 +34,8 @@ const std::pair<const char*, Conditions> searches[]{
     {"check box", {{attribute::role, std::string(role::checkBox)}}},
     {"menu button", {{attribute::role, std::string(role::popUpButton)}}},
     {"article", {{attribute::subrole, std::string(subrole::documentArticle)}}},
-    {"class", {{attribute::domClassList, "second-class"}}},
-    {"class of links",
-     {{attribute::role, std::string(role::link)}, {attribute::domClassList, "second-class"}}},
+    {"class", {hasClass("second-class")}},
+    {"class of links", {{attribute::role, std::string(role::link)}, hasClass("second-class")}},
     {"title", {{attribute::role, std::string(role::link)}, {attribute::title, "Wanted link"}}},
     {"nothing", {{attribute::domIdentifier, "nowhere"}}},
 };

@@ -75,6 +75,27 @@ TEST_F(AccessibilityElementTest, followsFirstChildrenOnly) {
   }
 }
 
+TEST(AccessibilityElement, theWayUpEndsWhereItLeadsBack) {
+  SceneProcess scene(R"({"applications": [{"pid": 1, "accessibility": {"children": [
+    {"id": "a", "children": [{"id": "b", "children": [{"id": "c"}]}]},
+    {"id": "x", "AXParent": {"ref": "y"}}, {"id": "y", "AXParent": {"ref": "x"}},
+    {"id": "own", "AXParent": {"ref": "own"}}]}}]})");
+  const struct {
+    const char *top, *element, *way;
+  } cases[] = {
+      {"a", "c", "b a"}, {"c", "c", ""},   {"own", "c", "b a application 1"},
+      {"a", "x", "y"},   {"a", "own", ""},
+  };
+  for (const auto& [top, element, way] : cases) {
+    std::string found;
+    for (const auto& ancestor : ancestorsUpTo({scene.process(), scene.element(top)},
+                                              {scene.process(), scene.element(element)})) {
+      found += (found.empty() ? "" : " ") + idOf(ancestor);
+    }
+    EXPECT_EQ(found, way) << element;
+  }
+}
+
 TEST_F(AccessibilityElementTest, filtersLists) {
   const auto children = element("root").children();
   EXPECT_EQ(idOf(firstWithRole("AXButton", children)), "b");

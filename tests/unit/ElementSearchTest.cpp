@@ -72,17 +72,16 @@ using Conditions = AccessibilityElement::Conditions;
 bool meets(const AccessibilityElement& element, const Conditions& conditions) {
   return std::ranges::all_of(conditions, [&](const ElementCondition& condition) {
     const auto name = condition.attribute;
-    return name == attribute::domClassList && element.stringAttribute(name) != condition.text
-               ? element.hasDOMClass(condition.text)
-               : element.stringAttribute(name) == condition.text;
+    return name == attribute::domClassList ? element.hasDOMClass(condition.text)
+                                           : element.stringAttribute(name) == condition.text;
   });
 }
 
 TEST(ElementSearch, findsWhatAPlainSearchFinds) {
   const Conditions choices[]{
       {{attribute::role, "AXButton"}},
-      {{attribute::role, "AXGroup"}, {attribute::domClassList, "a"}},
-      {{attribute::domClassList, "b"}},
+      {{attribute::role, "AXGroup"}, hasClass("a")},
+      {hasClass("b")},
       {{attribute::subrole, "AXTarget"}, {attribute::role, "AXGroup"}},
       {},
   };
@@ -114,6 +113,29 @@ TEST(ElementSearch, findsWhatAPlainSearchFinds) {
     ASSERT_EQ(idsOf(root.descendantsWith(conditions, depth, most)), idsOf(all)) << tree.scene();
   }
   EXPECT_GT(found, 100);
+}
+
+TEST(ElementCondition, aValueOfAnotherTypeCountsAsAbsent) {
+  using Kind = ElementCondition::Kind;
+  const AttributeValue text("a");
+  const AttributeValue address(WebAddress{"a"});
+  const AttributeValue list(AttributeValue::List{"b", "a"});
+  const AttributeValue mixed(AttributeValue::List{"a", std::int64_t{3}});
+  const struct {
+    Kind kind;
+    std::vector<AttributeValue> met, missed;
+  } cases[] = {
+      {Kind::text, {text}, {address, list, mixed, "A", true}},
+      {Kind::sameText, {text, "\u200Ea"}, {address, list, mixed, "A", "b"}},
+      {Kind::member, {list}, {text, address, mixed, AttributeValue::List{}}},
+      {Kind::address, {text, address}, {list, mixed, WebAddress{"b"}}},
+  };
+  for (const auto& [kind, met, missed] : cases) {
+    const ElementCondition condition{"AXAny", "a", kind};
+    const auto holds = [&](const AttributeValue& value) { return condition.holdsFor(value); };
+    EXPECT_TRUE(std::ranges::all_of(met, holds)) << static_cast<int>(kind);
+    EXPECT_TRUE(std::ranges::none_of(missed, holds)) << static_cast<int>(kind);
+  }
 }
 
 }  // namespace

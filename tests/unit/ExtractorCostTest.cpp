@@ -52,7 +52,7 @@ Json* firstPage(Json& element) {
 // At the end of the page that each window shows, or of the window itself.
 std::string withLargePages(const std::string& scene) {
   constexpr std::string_view place = "@messages";
-  Json json = Json::parse(scene);
+  Json json = Json::parse(scene, nullptr, true, true);  // with comments
   for (Json& application : json["applications"]) {
     if (!application.contains("accessibility") || application["pid"] != json["frontmost"]) continue;
     for (Json& window : application["accessibility"]["children"]) {

