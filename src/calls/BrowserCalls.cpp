@@ -13,10 +13,6 @@
 namespace kestro {
 namespace {
 
-bool contains(std::string_view text, std::string_view part) {
-  return text.find(part) != std::string_view::npos;
-}
-
 bool isBrowser(Process& process, const std::string& bundleIdentifier) {
   // Plays the sound of every page of the platform's own engine.
   if (contains(bundleIdentifier, "com.apple.WebKit.GPU")) return true;

@@ -6,19 +6,12 @@
 #include "calls/TeamsCallWindow.h"
 #include "extractors/AccessibilityElement.h"
 #include "extractors/TitleParts.h"
+#include "foundation/TextCase.h"
 #include "platform/Process.h"
 #include "product/KestroLegacy.h"
 #include "product/KestroUI.h"
 
 namespace kestro {
-namespace {
-
-bool contains(std::string_view text, std::string_view part) {
-  return text.find(part) != std::string_view::npos;
-}
-
-}  // namespace
-
 MeetingTitles::MeetingTitles(Process& process)
     : process_(process),
       huddle_(R"(^.* \| (.+) \| (\d?\d?:?\d\d:\d\d)$)"),

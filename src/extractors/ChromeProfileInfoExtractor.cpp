@@ -10,7 +10,7 @@
 namespace kestro {
 namespace {
 
-constexpr int groupLevels = 4;
+constexpr int levelsToButton = 4;
 
 bool isAvatarButton(const AccessibilityElement& element) {
   return element.hasDOMClass("AvatarToolbarButton");
@@ -18,7 +18,7 @@ bool isAvatarButton(const AccessibilityElement& element) {
 
 std::optional<std::string> profileName(const AccessibilityElement& window) {
   std::optional<AccessibilityElement> group = window;
-  for (int level = 0; group && level < groupLevels; ++level) {
+  for (int level = 0; group && level < levelsToButton; ++level) {
     group = firstWithRole(role::group, group->children());
   }
   const auto toolbar = group ? firstWithRole(role::toolbar, group->children()) : std::nullopt;

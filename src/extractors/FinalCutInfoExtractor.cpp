@@ -13,7 +13,7 @@ namespace {
 constexpr int splitGroupDepth = 6;
 constexpr int scrollAreaDepth = 6;
 constexpr int outlineDepth = 3;
-constexpr int textDepth = 3;
+constexpr int depthInRow = 3;
 
 std::optional<AccessibilityElement> outlineIn(const AccessibilityElement& scrollArea) {
   if (auto outline = firstWithRole(role::outline, scrollArea.contents())) return outline;
@@ -21,7 +21,7 @@ std::optional<AccessibilityElement> outlineIn(const AccessibilityElement& scroll
 }
 
 AccessibilityElements textsOf(const AccessibilityElement& row, std::string_view wantedRole) {
-  return row.descendantsWith({{attribute::role, std::string(wantedRole)}}, textDepth);
+  return row.descendantsWith({{attribute::role, std::string(wantedRole)}}, depthInRow);
 }
 
 // A name can be edited; the static texts beside it are counters, and names only where it cannot.

@@ -20,6 +20,10 @@ std::string lowercased(std::string_view text) {
   return result;
 }
 
+bool contains(std::string_view text, std::string_view part) {
+  return text.find(part) != std::string_view::npos;
+}
+
 bool hasLetterOrDigit(std::string_view text) {
   const auto characters = charactersOf(text);
   for (std::int32_t index = 0; index < characters.length();

@@ -9,6 +9,8 @@ namespace kestro {
 // The text in lower case. Bytes that are not UTF-8 become U+FFFD.
 std::string lowercased(std::string_view text);
 
+bool contains(std::string_view text, std::string_view part);
+
 // False for texts that only decorate: punctuation, arrows, and the glyphs of icon fonts, which
 // stand where no letters are.
 bool hasLetterOrDigit(std::string_view text);

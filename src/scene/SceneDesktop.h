@@ -60,6 +60,7 @@ class SceneDesktop final : public Desktop {
   SceneClock clock_;
   TimedTranscript transcript_;
   SceneDataDirectory dataDirectory_;
+  SceneSystemLog log_;
   SceneRunLoop runLoop_;
   SceneAccessibility accessibility_;
   SceneWindowServer windowServer_;
@@ -78,7 +79,6 @@ class SceneDesktop final : public Desktop {
   SceneUserNotifications userNotifications_;
   SceneTimeEntryEditors timeEntryEditors_;
   PrintedLines standardOutput_;
-  SceneSystemLog log_;
   Platform platform_;
 };
 

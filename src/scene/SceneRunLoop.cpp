@@ -1,21 +1,26 @@
 #include "scene/SceneRunLoop.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 
 namespace kestro {
 namespace {
 
 constexpr std::chrono::seconds patienceAfterEnd{60};
 constexpr int overdueStatus = 1;
-// Tasks that post each other without end would not let the time go on.
-constexpr int mostPostedAtOneMoment = 1'000'000;
+// Tasks that post each other without end, and timers that are due at once, would not let the time
+// go on.
+constexpr int mostRunsAtOneMoment = 1'000'000;
 constexpr Seconds longestDelay{1e8};
 constexpr Seconds shortestInterval{0.001};
 
 Date::duration clamped(Seconds duration, Seconds least) {
   const Seconds usable = std::isnan(duration.count()) ? least : duration;
-  return std::chrono::duration_cast<Date::duration>(std::clamp(usable, least, longestDelay));
+  // Cut instead of rounded, a timer would be due before its time, and set itself once more.
+  return std::chrono::round<Date::duration>(std::clamp(usable, least, longestDelay));
 }
 
 // The first multiple after `due` that is not past.
@@ -31,6 +36,7 @@ Date nextDue(Date due, Date::duration interval, Date now) {
 struct SceneRunLoop::TimerEntry {
   Date::duration interval;  // zero: runs once
   Task task;
+  TaskOrigin origin;
   bool isCancelled = false;
 };
 
@@ -48,8 +54,9 @@ class SceneRunLoop::TimerHandle final : public Timer {
   std::shared_ptr<TimerEntry> entry_;
 };
 
-SceneRunLoop::SceneRunLoop(SceneClock& clock, std::vector<ScriptedEvent> events, Date end)
-    : clock_(clock), events_(std::move(events)) {
+SceneRunLoop::SceneRunLoop(SceneClock& clock, SystemLog& log, std::vector<ScriptedEvent> events,
+                           Date end)
+    : clock_(clock), log_(log), events_(std::move(events)) {
   eventsBeforeEnd_ = events_.size();
   events_.push_back({end, [this] { requestTermination(); }});
   events_.push_back({end + patienceAfterEnd, [this] { stop(overdueStatus); }});
@@ -57,29 +64,31 @@ SceneRunLoop::SceneRunLoop(SceneClock& clock, std::vector<ScriptedEvent> events,
 
 SceneRunLoop::~SceneRunLoop() = default;
 
-void SceneRunLoop::post(Task task) {
-  posted_.push_back(std::move(task));
+void SceneRunLoop::post(Task task, TaskOrigin origin) {
+  posted_.push_back({std::move(task), origin});
 }
 
-std::unique_ptr<Timer> SceneRunLoop::scheduleAfter(Seconds delay, Task task) {
-  return schedule(clock_.now() + clamped(delay, Seconds(0)), Date::duration(0), std::move(task));
+std::unique_ptr<Timer> SceneRunLoop::scheduleAfter(Seconds delay, Task task, TaskOrigin origin) {
+  return schedule(clock_.now() + clamped(delay, Seconds(0)), Date::duration(0), std::move(task),
+                  origin);
 }
 
-std::unique_ptr<Timer> SceneRunLoop::scheduleEvery(Seconds interval, Task task) {
+std::unique_ptr<Timer> SceneRunLoop::scheduleEvery(Seconds interval, Task task, TaskOrigin origin) {
   const auto period = clamped(interval, shortestInterval);
-  return schedule(clock_.now() + period, period, std::move(task));
+  return schedule(clock_.now() + period, period, std::move(task), origin);
 }
 
-std::unique_ptr<Timer> SceneRunLoop::scheduleAt(Date date, Task task) {
-  return schedule(std::max(date, clock_.now()), Date::duration(0), std::move(task));
+std::unique_ptr<Timer> SceneRunLoop::scheduleAt(Date date, Task task, TaskOrigin origin) {
+  return schedule(std::max(date, clock_.now()), Date::duration(0), std::move(task), origin);
 }
 
 void SceneRunLoop::sleep(Seconds duration) {
   clock_.advanceTo(clock_.now() + clamped(duration, Seconds(0)));
 }
 
-std::unique_ptr<Timer> SceneRunLoop::schedule(Date due, Date::duration interval, Task task) {
-  auto entry = std::make_shared<TimerEntry>(TimerEntry{interval, std::move(task)});
+std::unique_ptr<Timer> SceneRunLoop::schedule(Date due, Date::duration interval, Task task,
+                                              TaskOrigin origin) {
+  auto entry = std::make_shared<TimerEntry>(TimerEntry{interval, std::move(task), origin});
   timers_.emplace(TimerKey(due, nextSequence_++), entry);
   return std::make_unique<TimerHandle>(std::move(entry));
 }
@@ -107,11 +116,9 @@ void SceneRunLoop::serveOne() {
 }
 
 void SceneRunLoop::runPosted() {
-  if (std::exchange(lastPostedRun_, clock_.now()) != clock_.now()) postedAtThisMoment_ = 0;
-  if (++postedAtThisMoment_ > mostPostedAtOneMoment) return stop(overdueStatus);
-  const Task task = std::move(posted_.front());
+  const PostedTask posted = std::move(posted_.front());
   posted_.pop_front();
-  task();
+  if (makesProgress(posted.origin)) posted.task();
 }
 
 void SceneRunLoop::runScripted() {
@@ -124,11 +131,22 @@ void SceneRunLoop::runTimer() {
   const auto [key, entry] = *timers_.begin();
   timers_.erase(timers_.begin());
   clock_.advanceTo(key.first);
+  if (!makesProgress(entry->origin)) return;
   // The task may destroy its own timer, and with it the entry's copy.
   const Task task = entry->task;
   task();
   if (entry->isCancelled || entry->interval == Date::duration(0)) return;
   timers_.emplace(TimerKey(nextDue(key.first, entry->interval, clock_.now()), key.second), entry);
+}
+
+bool SceneRunLoop::makesProgress(TaskOrigin origin) {
+  if (std::exchange(lastRun_, clock_.now()) != clock_.now()) runsAtThisMoment_ = 0;
+  if (++runsAtThisMoment_ <= mostRunsAtOneMoment) return true;
+  log_.write(fmt::format(
+      "The scene stands still: the timer or task made in {}, line {}, runs again and again.",
+      std::filesystem::path(origin.file).filename().string(), origin.line));
+  stop(overdueStatus);
+  return false;
 }
 
 void SceneRunLoop::dropCancelledTimers() {
@@ -159,7 +177,7 @@ bool SceneRunLoop::beginNextLife() {
 
 void SceneRunLoop::forgetLife() {
   posted_.clear();
-  postedAtThisMoment_ = 0;
+  runsAtThisMoment_ = 0;
   timers_.clear();
   terminationHandler_ = nullptr;
   exitStatus_.reset();

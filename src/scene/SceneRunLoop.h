@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "platform/RunLoop.h"
+#include "platform/SystemLog.h"
 #include "scene/SceneClock.h"
 
 namespace kestro {
@@ -24,15 +25,15 @@ class SceneRunLoop final : public RunLoop {
   };
 
   // `events` in order of time, all due before `end`. At `end` the helper is asked to terminate, and
-  // a minute later it is stopped with status 1 if it is still there; so it is after a million
-  // posted tasks at one moment.
-  SceneRunLoop(SceneClock& clock, std::vector<ScriptedEvent> events, Date end);
+  // a minute later it is stopped with status 1 if it is still there. So it is, with a line in the
+  // log, when a million tasks and timers have run and the time stands still.
+  SceneRunLoop(SceneClock& clock, SystemLog& log, std::vector<ScriptedEvent> events, Date end);
   ~SceneRunLoop() override;
 
-  void post(Task task) override;
-  std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task) override;
-  std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task) override;
-  std::unique_ptr<Timer> scheduleAt(Date date, Task task) override;
+  void post(Task task, TaskOrigin origin) override;
+  std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task, TaskOrigin origin) override;
+  std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task, TaskOrigin origin) override;
+  std::unique_ptr<Timer> scheduleAt(Date date, Task task, TaskOrigin origin) override;
   void sleep(Seconds duration) override;
   void setTerminationHandler(Task handler) override { terminationHandler_ = std::move(handler); }
   int run() override;
@@ -52,21 +53,29 @@ class SceneRunLoop final : public RunLoop {
   class TimerHandle;
   using TimerKey = std::pair<Date, std::uint64_t>;
 
-  std::unique_ptr<Timer> schedule(Date due, Date::duration interval, Task task);
+  struct PostedTask {
+    Task task;
+    TaskOrigin origin;
+  };
+
+  std::unique_ptr<Timer> schedule(Date due, Date::duration interval, Task task, TaskOrigin origin);
   void serveOne();
   void runPosted();
   void runScripted();
   void runTimer();
   void dropCancelledTimers();
+  // False when too much has run at this moment; the loop is stopped then.
+  bool makesProgress(TaskOrigin origin);
   void forgetLife();
 
   SceneClock& clock_;
+  SystemLog& log_;
   std::vector<ScriptedEvent> events_;
   std::size_t nextEvent_ = 0;
   std::size_t eventsBeforeEnd_;
-  std::deque<Task> posted_;
-  Date lastPostedRun_ = Date::min();
-  int postedAtThisMoment_ = 0;
+  std::deque<PostedTask> posted_;
+  Date lastRun_ = Date::min();
+  int runsAtThisMoment_ = 0;
   std::map<TimerKey, std::shared_ptr<TimerEntry>> timers_;
   std::uint64_t nextSequence_ = 0;
   Task terminationHandler_;

@@ -63,12 +63,12 @@ std::string withLargePages(const std::string& scene) {
   return std::regex_replace(json.dump(), std::regex(fmt::format("\"{}\"", place)), messages());
 }
 
-struct Sample {
+struct MeasuredSample {
   ActivityDetails details;
   std::uint64_t requests;
 };
 
-Sample firstSample(const std::string& text) {
+MeasuredSample firstSample(const std::string& text) {
   SceneProcess scene(text);
   auto& probe = scene.process().shared<KSInfoExtractor>();
   const Accessibility& accessibility = scene.process().platform().accessibility;
@@ -87,8 +87,8 @@ TEST(ExtractorCost, isAsDocumentedAndBounded) {
        match != end; ++match, ++rows) {
     const std::string scene = (*match)[1];
     const std::string text = contentsOf("scenes/" + scene + ".json");
-    const Sample small = firstSample(text);
-    const Sample large = firstSample(withLargePages(text));
+    const MeasuredSample small = firstSample(text);
+    const MeasuredSample large = firstSample(withLargePages(text));
     EXPECT_EQ(small.details, large.details) << scene;
     EXPECT_LE(large.requests, mostRequests) << scene;
     EXPECT_EQ((*match)[0],

@@ -36,15 +36,15 @@ class ManualRunLoop final : public RunLoop, public Clock {
   Seconds monotonicTime() const override { return now_.time_since_epoch(); }
   void setNow(Date time) { now_ = time; }
 
-  void post(Task task) override { add(Seconds(0), Seconds(0), std::move(task)); }
-  std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task) override {
+  void post(Task task, TaskOrigin) override { add(Seconds(0), Seconds(0), std::move(task)); }
+  std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task, TaskOrigin) override {
     return std::make_unique<Handle>(*this, add(delay, Seconds(0), std::move(task)));
   }
-  std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task) override {
+  std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task, TaskOrigin) override {
     return std::make_unique<Handle>(*this, add(interval, interval, std::move(task)));
   }
-  std::unique_ptr<Timer> scheduleAt(Date date, Task task) override {
-    return scheduleAfter(std::max(date, now_) - now_, std::move(task));
+  std::unique_ptr<Timer> scheduleAt(Date date, Task task, TaskOrigin origin) override {
+    return scheduleAfter(std::max(date, now_) - now_, std::move(task), origin);
   }
   void sleep(Seconds duration) override {
     now_ += std::chrono::round<Date::duration>(std::max(duration, Seconds(0)));

@@ -32,7 +32,8 @@ class LinuxRunLoopTest : public testing::Test {
 };
 
 TEST_F(LinuxRunLoopTest, RunsTasksInOrderAndCancelsDestroyedTimers) {
-  LinuxRunLoop loop(generation_, log_);
+  LinuxRunLoop linuxLoop(generation_, log_);
+  RunLoop& loop = linuxLoop;
   std::string order;
   auto cancelled = loop.scheduleAfter(Seconds(0), [&] { order += "x"; });
   cancelled.reset();
@@ -57,7 +58,8 @@ TEST_F(LinuxRunLoopTest, RunsTasksInOrderAndCancelsDestroyedTimers) {
 }
 
 TEST_F(LinuxRunLoopTest, GoesOnAfterATaskThatThrowsAndKeepsItsTextToItself) {
-  LinuxRunLoop loop(generation_, log_);
+  LinuxRunLoop linuxLoop(generation_, log_);
+  RunLoop& loop = linuxLoop;
   loop.post([] { throw std::runtime_error("a title"); });
   const auto timer = loop.scheduleAfter(Seconds(0.01), [&] { loop.stop(3); });
   EXPECT_EQ(loop.run(), 3);
@@ -66,7 +68,8 @@ TEST_F(LinuxRunLoopTest, GoesOnAfterATaskThatThrowsAndKeepsItsTextToItself) {
 }
 
 TEST_F(LinuxRunLoopTest, LeavesOutIntervalsThatAreOver) {
-  LinuxRunLoop loop(generation_, log_);
+  LinuxRunLoop linuxLoop(generation_, log_);
+  RunLoop& loop = linuxLoop;
   const auto begin = std::chrono::steady_clock::now();
   int runs = 0;
   const auto timer = loop.scheduleEvery(Seconds(0.01), [&] {
@@ -80,7 +83,8 @@ TEST_F(LinuxRunLoopTest, LeavesOutIntervalsThatAreOver) {
 
 TEST_F(LinuxRunLoopTest, HandsSignalsToTheTerminationHandler) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-    LinuxRunLoop loop(generation_, log_);
+    LinuxRunLoop linuxLoop(generation_, log_);
+    RunLoop& loop = linuxLoop;
     loop.setTerminationHandler([&] { loop.post([&] { loop.stop(3); }); });
     kill(getpid(), signal);
     EXPECT_EQ(loop.run(), 3);
@@ -91,7 +95,8 @@ TEST_F(LinuxRunLoopTest, HandsSignalsToTheTerminationHandler) {
 }
 
 TEST_F(LinuxRunLoopTest, RunsTasksAtDatesAndNotBefore) {
-  LinuxRunLoop loop(generation_, log_);
+  LinuxRunLoop linuxLoop(generation_, log_);
+  RunLoop& loop = linuxLoop;
   const Date date = std::chrono::system_clock::now() + std::chrono::milliseconds(50);
   std::string order;
   const auto never = loop.scheduleAt(Date::max(), [&] { order += "x"; });
@@ -106,7 +111,8 @@ TEST_F(LinuxRunLoopTest, RunsTasksAtDatesAndNotBefore) {
 
 TEST_F(LinuxRunLoopTest, SleepsUntilASignalAsksToTerminate) {
   using std::chrono::steady_clock;
-  LinuxRunLoop loop(generation_, log_);
+  LinuxRunLoop linuxLoop(generation_, log_);
+  RunLoop& loop = linuxLoop;
   loop.setTerminationHandler([&] { loop.stop(3); });
   Seconds undisturbed{};
   loop.post([&] {

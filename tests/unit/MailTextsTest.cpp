@@ -11,14 +11,14 @@
 namespace kestro {
 namespace {
 
-struct TextCase {
+struct MailTextCase {
   std::string text, expected;
 };
 
 constexpr const char* absent = "(absent)";
 
 TEST(SignalTexts, headerText) {
-  const TextCase cases[] = {
+  const MailTextCase cases[] = {
       {"\u2068Mara Lind\u2069", "Mara Lind"},
       {"\u2068\u2069", ""},
       {"7 Seas", "7 Seas"},
@@ -88,7 +88,7 @@ TEST(SparkTexts, outgoingFolders) {
 }
 
 TEST(SparkTexts, subject) {
-  const TextCase cases[] = {
+  const MailTextCase cases[] = {
       {"Harbour lights", "Harbour lights"},
       {" Harbour lights\n", "Harbour lights"},
       {"Dear Mara,\nthe lights", absent},

@@ -43,10 +43,10 @@ TEST(SampleBudget, forgetsTheRestAfterOneSampleWithinIt) {
     int paid;
     bool isUsedUp;
   } rows[]{
-      {0, 11, 10, true}, {1, 11, 0, false}, {2, 11, 10, true}, {5, 4, 0, false},
-      {6, 10, 10, false},  // exactly the budget is within it
-      {7, 11, 10, true},   // and the rest begins anew
-      {8, 1, 0, false},  {9, 1, 1, false},  {10, 1, 1, false},
+      {0, 11, 10, true}, {1, 11, 0, false},  {2, 11, 10, true},
+      {5, 4, 0, false},  {6, 10, 10, false},  // exactly the budget is within it
+      {7, 11, 10, true},                      // and the rest begins anew
+      {8, 1, 0, false},  {9, 1, 1, false},   {10, 1, 1, false},
   };
   for (const auto& row : rows) {
     budget.begin(Seconds(row.second));

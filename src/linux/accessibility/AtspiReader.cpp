@@ -8,12 +8,12 @@
 namespace kestro {
 namespace {
 
-constexpr const char* accessible = "org.a11y.atspi.Accessible";
-constexpr const char* application = "org.a11y.atspi.Application";
-constexpr const char* component = "org.a11y.atspi.Component";
-constexpr const char* document = "org.a11y.atspi.Document";
+constexpr const char* accessibleInterface = "org.a11y.atspi.Accessible";
+constexpr const char* applicationInterface = "org.a11y.atspi.Application";
+constexpr const char* componentInterface = "org.a11y.atspi.Component";
+constexpr const char* documentInterface = "org.a11y.atspi.Document";
 constexpr const char* textInterface = "org.a11y.atspi.Text";
-constexpr const char* selection = "org.a11y.atspi.Selection";
+constexpr const char* selectionInterface = "org.a11y.atspi.Selection";
 
 constexpr int mostListChildren = 250;
 constexpr int mostSelectedChildren = 50;
@@ -106,42 +106,44 @@ AtspiReply AtspiReader::call(const AtspiObject& object, const char* interface, c
 }
 
 AccessibilityResult<AtspiRole> AtspiReader::role(const AtspiObject& object) {
-  return kept(object, &Facts::role, [&] { return roleOf(call(object, accessible, "GetRole")); });
+  return kept(object, &Facts::role,
+              [&] { return roleOf(call(object, accessibleInterface, "GetRole")); });
 }
 
 AccessibilityResult<AtspiStates> AtspiReader::states(const AtspiObject& object) {
   return kept(object, &Facts::states,
-              [&] { return statesOf(call(object, accessible, "GetState")); });
+              [&] { return statesOf(call(object, accessibleInterface, "GetState")); });
 }
 
 AccessibilityResult<std::string> AtspiReader::name(const AtspiObject& object) {
   return kept(object, &Facts::name,
-              [&] { return textPropertyOf(property(object, accessible, "Name")); });
+              [&] { return textPropertyOf(property(object, accessibleInterface, "Name")); });
 }
 
 AccessibilityResult<std::string> AtspiReader::description(const AtspiObject& object) {
   return kept(object, &Facts::description,
-              [&] { return textPropertyOf(property(object, accessible, "Description")); });
+              [&] { return textPropertyOf(property(object, accessibleInterface, "Description")); });
 }
 
 AccessibilityResult<std::string> AtspiReader::helpText(const AtspiObject& object) {
   return kept(object, &Facts::helpText,
-              [&] { return textPropertyOf(property(object, accessible, "HelpText")); });
+              [&] { return textPropertyOf(property(object, accessibleInterface, "HelpText")); });
 }
 
 AccessibilityResult<std::string> AtspiReader::localizedRoleName(const AtspiObject& object) {
   return kept(object, &Facts::localizedRoleName,
-              [&] { return textOf(call(object, accessible, "GetLocalizedRoleName")); });
+              [&] { return textOf(call(object, accessibleInterface, "GetLocalizedRoleName")); });
 }
 
 AccessibilityResult<AtspiObject> AtspiReader::parent(const AtspiObject& object) {
   return kept(object, &Facts::parent,
-              [&] { return objectPropertyOf(property(object, accessible, "Parent")); });
+              [&] { return objectPropertyOf(property(object, accessibleInterface, "Parent")); });
 }
 
 AccessibilityResult<std::int32_t> AtspiReader::childCount(const AtspiObject& object) {
-  return kept(object, &Facts::childCount,
-              [&] { return integerPropertyOf(property(object, accessible, "ChildCount")); });
+  return kept(object, &Facts::childCount, [&] {
+    return integerPropertyOf(property(object, accessibleInterface, "ChildCount"));
+  });
 }
 
 AccessibilityResult<std::vector<AtspiObject>> AtspiReader::children(const AtspiObject& object) {
@@ -157,14 +159,14 @@ AccessibilityResult<std::vector<AtspiObject>> AtspiReader::readChildren(const At
       return childrenOneByOne(object, mostListChildren);
     }
   }
-  return objectsOf(call(object, accessible, "GetChildren"));
+  return objectsOf(call(object, accessibleInterface, "GetChildren"));
 }
 
 AccessibilityResult<std::vector<AtspiObject>> AtspiReader::childrenOneByOne(
     const AtspiObject& object, int count) {
   std::vector<MessagePointer> requests;
   for (int index = 0; index < count; ++index) {
-    auto request = connection_.request(object, accessible, "GetChildAtIndex");
+    auto request = connection_.request(object, accessibleInterface, "GetChildAtIndex");
     if (request) sd_bus_message_append(request.get(), "i", index);
     requests.push_back(std::move(request));
   }
@@ -178,17 +180,17 @@ AccessibilityResult<std::vector<AtspiObject>> AtspiReader::childrenOneByOne(
 
 AccessibilityResult<AtspiAttributes> AtspiReader::attributes(const AtspiObject& object) {
   return kept(object, &Facts::attributes,
-              [&] { return attributesOf(call(object, accessible, "GetAttributes")); });
+              [&] { return attributesOf(call(object, accessibleInterface, "GetAttributes")); });
 }
 
 AccessibilityResult<std::vector<std::string>> AtspiReader::interfaces(const AtspiObject& object) {
   return kept(object, &Facts::interfaces,
-              [&] { return textsOf(call(object, accessible, "GetInterfaces")); });
+              [&] { return textsOf(call(object, accessibleInterface, "GetInterfaces")); });
 }
 
 AccessibilityResult<Rect> AtspiReader::extents(const AtspiObject& object) {
   return kept(object, &Facts::extents, [&] {
-    auto request = connection_.request(object, component, "GetExtents");
+    auto request = connection_.request(object, componentInterface, "GetExtents");
     if (request) sd_bus_message_append(request.get(), "u", atspiScreenCoordinates);
     return rectangleOf(connection_.call(request));
   });
@@ -196,21 +198,22 @@ AccessibilityResult<Rect> AtspiReader::extents(const AtspiObject& object) {
 
 AccessibilityResult<AtspiAttributes> AtspiReader::documentAttributes(const AtspiObject& object) {
   return kept(object, &Facts::documentAttributes,
-              [&] { return attributesOf(call(object, document, "GetAttributes")); });
+              [&] { return attributesOf(call(object, documentInterface, "GetAttributes")); });
 }
 
 AccessibilityResult<AtspiObject> AtspiReader::activeDocument(const AtspiObject& frame) {
   return kept(frame, &Facts::activeDocument, [&] {
-    return relationTargetOf(call(frame, accessible, "GetRelationSet"), atspiRelationEmbeds);
+    return relationTargetOf(call(frame, accessibleInterface, "GetRelationSet"),
+                            atspiRelationEmbeds);
   });
 }
 
 AccessibilityResult<std::string> AtspiReader::toolkitName(const AtspiObject& root) {
-  return textPropertyOf(property(root, application, "ToolkitName"));
+  return textPropertyOf(property(root, applicationInterface, "ToolkitName"));
 }
 
 AccessibilityResult<std::string> AtspiReader::toolkitVersion(const AtspiObject& root) {
-  return textPropertyOf(property(root, application, "Version"));
+  return textPropertyOf(property(root, applicationInterface, "Version"));
 }
 
 AccessibilityResult<std::string> AtspiReader::text(const AtspiObject& object) {
@@ -233,11 +236,11 @@ AccessibilityResult<std::string> AtspiReader::linkAddress(const AtspiObject& obj
 
 AccessibilityResult<std::vector<AtspiObject>> AtspiReader::selectedChildren(
     const AtspiObject& object) {
-  const auto count = integerPropertyOf(property(object, selection, "NSelectedChildren"));
+  const auto count = integerPropertyOf(property(object, selectionInterface, "NSelectedChildren"));
   if (!count.value) return count.error;
   std::vector<MessagePointer> requests;
   for (int index = 0; index < std::min(*count.value, mostSelectedChildren); ++index) {
-    auto request = connection_.request(object, selection, "GetSelectedChild");
+    auto request = connection_.request(object, selectionInterface, "GetSelectedChild");
     if (request) sd_bus_message_append(request.get(), "i", index);
     requests.push_back(std::move(request));
   }
@@ -251,7 +254,7 @@ AccessibilityResult<std::vector<AtspiObject>> AtspiReader::selectedChildren(
 
 AccessibilityResult<AtspiObject> AtspiReader::childAtPoint(const AtspiObject& object,
                                                            Point rootPoint) {
-  auto request = connection_.request(object, component, "GetAccessibleAtPoint");
+  auto request = connection_.request(object, componentInterface, "GetAccessibleAtPoint");
   if (request) {
     sd_bus_message_append(request.get(), "iiu", static_cast<std::int32_t>(std::lround(rootPoint.x)),
                           static_cast<std::int32_t>(std::lround(rootPoint.y)),
@@ -271,8 +274,8 @@ AccessibilityResult<std::vector<AtspiObject>> AtspiReader::matches(const AtspiOb
 void AtspiReader::prefetchForMatching(const std::vector<AtspiObject>& windows) {
   std::vector<MessagePointer> requests;
   for (const AtspiObject& window : windows) {
-    requests.push_back(propertyRequest(window, accessible, "Name"));
-    auto extents = connection_.request(window, component, "GetExtents");
+    requests.push_back(propertyRequest(window, accessibleInterface, "Name"));
+    auto extents = connection_.request(window, componentInterface, "GetExtents");
     if (extents) sd_bus_message_append(extents.get(), "u", atspiScreenCoordinates);
     requests.push_back(std::move(extents));
   }
@@ -304,7 +307,7 @@ void AtspiReader::prefetchRoles(const std::vector<AtspiObject>& objects) {
   prefetch(
       objects, &Facts::role,
       [this](const AtspiObject& object) {
-        return connection_.request(object, accessible, "GetRole");
+        return connection_.request(object, accessibleInterface, "GetRole");
       },
       roleOf);
 }
@@ -313,7 +316,7 @@ void AtspiReader::prefetchAttributes(const std::vector<AtspiObject>& objects) {
   prefetch(
       objects, &Facts::attributes,
       [this](const AtspiObject& object) {
-        return connection_.request(object, accessible, "GetAttributes");
+        return connection_.request(object, accessibleInterface, "GetAttributes");
       },
       attributesOf);
 }
@@ -321,7 +324,9 @@ void AtspiReader::prefetchAttributes(const std::vector<AtspiObject>& objects) {
 void AtspiReader::prefetchNames(const std::vector<AtspiObject>& objects) {
   prefetch(
       objects, &Facts::name,
-      [this](const AtspiObject& object) { return propertyRequest(object, accessible, "Name"); },
+      [this](const AtspiObject& object) {
+        return propertyRequest(object, accessibleInterface, "Name");
+      },
       textPropertyOf);
 }
 

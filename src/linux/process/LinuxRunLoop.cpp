@@ -22,8 +22,8 @@ using Microseconds = std::uint64_t;
 constexpr Microseconds timerAccuracy = 5'000;
 
 Microseconds microseconds(Seconds duration) {
-  constexpr double longest = 1e15;  // about thirty years
-  const double count = duration.count() * 1e6;
+  constexpr double longest = 1e15;                         // about thirty years
+  const double count = std::ceil(duration.count() * 1e6);  // never before its time
   if (std::isnan(count) || count <= 0) return 0;
   return static_cast<Microseconds>(std::min(count, longest));
 }
@@ -164,7 +164,7 @@ void LinuxRunLoop::perform(const Task& task) {
   }
 }
 
-void LinuxRunLoop::post(Task task) {
+void LinuxRunLoop::post(Task task, TaskOrigin) {
   posted_.push_back(std::move(task));
   sd_event_source_set_enabled(postedSource_, SD_EVENT_ONESHOT);
 }
@@ -183,16 +183,16 @@ void LinuxRunLoop::runPosted() {
   perform(task);
 }
 
-std::unique_ptr<Timer> LinuxRunLoop::scheduleAfter(Seconds delay, Task task) {
+std::unique_ptr<Timer> LinuxRunLoop::scheduleAfter(Seconds delay, Task task, TaskOrigin) {
   return makeTimer(event_, *this, momentAfter(delay), 0, std::move(task));
 }
 
-std::unique_ptr<Timer> LinuxRunLoop::scheduleEvery(Seconds interval, Task task) {
+std::unique_ptr<Timer> LinuxRunLoop::scheduleEvery(Seconds interval, Task task, TaskOrigin) {
   const Microseconds period = std::max<Microseconds>(microseconds(interval), 1'000);
   return makeTimer(event_, *this, momentAfter(interval), period, std::move(task));
 }
 
-std::unique_ptr<Timer> LinuxRunLoop::scheduleAt(Date date, Task task) {
+std::unique_ptr<Timer> LinuxRunLoop::scheduleAt(Date date, Task task, TaskOrigin) {
   return makeTimer(event_, *this, momentAt(date), 0, std::move(task));
 }
 

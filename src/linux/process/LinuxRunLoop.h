@@ -21,10 +21,12 @@ class LinuxRunLoop final : public RunLoop {
   LinuxRunLoop(const LinuxRunLoop&) = delete;
   LinuxRunLoop& operator=(const LinuxRunLoop&) = delete;
 
-  void post(Task task) override;
-  [[nodiscard]] std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task) override;
-  [[nodiscard]] std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task) override;
-  [[nodiscard]] std::unique_ptr<Timer> scheduleAt(Date date, Task task) override;
+  void post(Task task, TaskOrigin origin) override;
+  [[nodiscard]] std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task,
+                                                     TaskOrigin origin) override;
+  [[nodiscard]] std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task,
+                                                     TaskOrigin origin) override;
+  [[nodiscard]] std::unique_ptr<Timer> scheduleAt(Date date, Task task, TaskOrigin origin) override;
   // What is read from the desktop afterwards belongs to a new generation.
   void sleep(Seconds duration) override;
   void setTerminationHandler(Task handler) override;

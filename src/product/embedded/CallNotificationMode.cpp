@@ -7,20 +7,20 @@
 namespace kestro {
 namespace {
 
-constexpr const char* key = "callNotificationMode";
+constexpr const char* modeKey = "callNotificationMode";
 
-struct Name {
+struct ModeName {
   CallNotificationMode mode;
   std::string_view text;
 };
-constexpr std::array<Name, 3> names{{{CallNotificationMode::notification, "notification"},
-                                     {CallNotificationMode::popover, "popover"},
-                                     {CallNotificationMode::none, "none"}}};
+constexpr std::array<ModeName, 3> modeNames{{{CallNotificationMode::notification, "notification"},
+                                             {CallNotificationMode::popover, "popover"},
+                                             {CallNotificationMode::none, "none"}}};
 
 // The stored one or, before the user has chosen, that of the product's conditions.
 std::string storedText(Process& process) {
-  if (const auto stored = process.shared<HelperPreferences>().getString(key)) return *stored;
-  const PropertyList* given = process.platform().productConditions.find(key);
+  if (const auto stored = process.shared<HelperPreferences>().getString(modeKey)) return *stored;
+  const PropertyList* given = process.platform().productConditions.find(modeKey);
   const auto* text = given ? given->get<std::string>() : nullptr;
   return text ? *text : "";
 }
@@ -29,14 +29,15 @@ std::string storedText(Process& process) {
 
 CallNotificationMode callNotificationMode(Process& process) {
   const std::string text = storedText(process);
-  for (const Name& name : names) {
+  for (const ModeName& name : modeNames) {
     if (name.text == text) return name.mode;
   }
   return CallNotificationMode::notification;
 }
 
 void setCallNotificationMode(Process& process, CallNotificationMode mode) {
-  process.shared<HelperPreferences>().set(names.at(static_cast<std::size_t>(mode)).text, key);
+  process.shared<HelperPreferences>().set(modeNames.at(static_cast<std::size_t>(mode)).text,
+                                          modeKey);
 }
 
 }  // namespace kestro

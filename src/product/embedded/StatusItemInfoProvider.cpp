@@ -3,7 +3,6 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 
 #include <algorithm>
-#include <cmath>
 
 #include "platform/Clock.h"
 #include "platform/LocalizedStrings.h"
@@ -23,10 +22,11 @@ std::string durationText(Process& process, Seconds duration) {
   return DurationFormatterBridge::shortString(process, duration, mostDurationComponents, false);
 }
 
-// The timer's duration is shown in minutes.
-Seconds untilNextMinute(Seconds elapsed) {
-  constexpr double minute = 60;
-  return Seconds(minute - std::fmod(std::max(elapsed.count(), 0.0), minute));
+// The timer's duration is shown in minutes. In whole ticks of the clock: a fraction of one would be
+// over before the minute is.
+Date::duration untilNextMinute(Date::duration elapsed) {
+  constexpr Date::duration minute = std::chrono::minutes(1);
+  return minute - std::max(elapsed, Date::duration::zero()) % minute;
 }
 
 // Of the database when it is open, so that nothing opens it for a look.
