@@ -1,6 +1,8 @@
 // Relaunching, and noticing that the helper's bundle was replaced.
 #include <fmt/format.h>
 
+#include <filesystem>
+
 #include "app/KSHelperAppDelegate.h"
 #include "app/Relaunch.h"
 #include "platform/Files.h"
@@ -60,7 +62,8 @@ void KSHelperAppDelegate::pathWatcherEventOccurred(SCEvents&, const SCEvent& eve
 }
 
 void KSHelperAppDelegate::handlePathWatcherEvent(const SCEvent& event) {
-  const std::string path = process_.platform().mainBundle.path + "/Contents/Info.plist";
+  const std::filesystem::path bundle = process_.platform().mainBundle.path;
+  const std::string path = bundle / "Contents" / "Info.plist";
   const auto newBuild = buildIn(process_.platform().files, path);
   if (newBuild && newBuild == currentAppBuild_) {
     process_.platform().log.write(

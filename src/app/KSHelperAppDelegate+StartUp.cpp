@@ -163,10 +163,21 @@ void KSHelperAppDelegate::observeTimerRequests() {
 }
 
 void KSHelperAppDelegate::setUpDatabase() {
-  DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process_);
-  if (!database) return;
-  generateAllSampleDataIfNeeded(process_, *database);
-  setupPostSyncUpdater(process_, *database);
+  if (DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process_)) {
+    return prepareDatabase(*database);
+  }
+  // A locked one, or one on a disk that is not there yet, opens later.
+  observations_.push_back(process_.platform().notificationCenter.observe(
+      DatabaseWrapper::didOpenNotification, [this](const auto&) {
+        if (DatabaseWrapper* database = DatabaseWrapper::openSharedInstance(process_)) {
+          prepareDatabase(*database);
+        }
+      }));
+}
+
+void KSHelperAppDelegate::prepareDatabase(DatabaseWrapper& database) {
+  generateAllSampleDataIfNeeded(process_, database);
+  setupPostSyncUpdater(process_, database);
 }
 
 void KSHelperAppDelegate::scheduleFirstSync() {
@@ -199,7 +210,12 @@ void KSHelperAppDelegate::schedulePeriodicRelaunch() {
 }
 
 void KSHelperAppDelegate::scheduleOnce(Seconds delay, RunLoop::Task task) {
-  oneShotTimers_.push_back(process_.platform().runLoop.scheduleAfter(delay, std::move(task)));
+  const std::uint64_t number = ++lastOneShotTimer_;
+  oneShotTimers_[number] =
+      process_.platform().runLoop.scheduleAfter(delay, [this, number, task = std::move(task)] {
+        const auto timer = oneShotTimers_.extract(number);  // stays until the task is done
+        task();
+      });
 }
 
 }  // namespace kestro

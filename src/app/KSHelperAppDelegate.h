@@ -3,6 +3,8 @@
 // Lives as long as the process life it is made for; main thread only.
 #pragma once
 
+#include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -71,6 +73,7 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
   void watchExecutable();
   void observeTimerRequests();
   void setUpDatabase();
+  void prepareDatabase(DatabaseWrapper& database);
   void scheduleFirstSync();
   void scheduleLaunchTasks();
   void schedulePeriodicRelaunch();
@@ -159,9 +162,11 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
   std::optional<ResumeTimer> resumeTrackingTimer_;  // of a timed pause
   std::optional<Date> lastEffectiveAppearanceChangeDispatched_;
   std::unique_ptr<MASShortcutBinder> editTaskShortcutBinder_;
-  std::optional<std::string> currentAppBuild_;         // as read at start
-  std::unique_ptr<Timer> updateCheck_;                 // after the latest file event
-  std::vector<std::unique_ptr<Timer>> oneShotTimers_;  // of the start and of relaunches
+  std::optional<std::string> currentAppBuild_;  // as read at start
+  std::unique_ptr<Timer> updateCheck_;          // after the latest file event
+  // Of the start and of relaunches, those that are not over.
+  std::map<std::uint64_t, std::unique_ptr<Timer>> oneShotTimers_;
+  std::uint64_t lastOneShotTimer_ = 0;
   std::vector<NotificationCenter::Observation> observations_;
   bool isTerminating_ = false;
   bool isTerminated_ = false;

@@ -51,10 +51,12 @@ std::vector<ApplicationAndMetadata> applicationsInCall(Process& process,
   if (hasAssertionOf(snapshot, "TeamViewer") && !settings.isDisabled("TeamViewer")) {
     applications.push_back({"TeamViewer", {"TeamViewer", "TeamViewer", std::nullopt, true}});
   }
-  // The word is what a user's list has to hold, not the identifier.
-  if (hasAssertionOf(snapshot, "FaceTime") && !settings.isDisabled("FaceTime")) {
+  // The word is what a user's list may hold, the identifier what the notification adds to it.
+  const std::string faceTime = "com.apple.FaceTime";
+  if (hasAssertionOf(snapshot, "FaceTime") && !settings.isDisabled("FaceTime") &&
+      !settings.isDisabled(faceTime)) {
     const auto title = process.shared<MeetingTitles>().faceTimeTitle();
-    applications.push_back({"com.apple.FaceTime", {"FaceTime", "FaceTime", title, true}});
+    applications.push_back({faceTime, {"FaceTime", "FaceTime", title, true}});
   }
   return applications;
 }

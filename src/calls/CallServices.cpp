@@ -48,9 +48,9 @@ CallServices::CallServices(Process& process) {
   if (!extra) return;
   for (const std::string& text : *extra) {
     auto parts = titleParts(text, ":");
-    // An empty fragment would be part of every identifier.
-    if (parts.size() == 2 && !parts[0].empty())
-      nameByFragment_.insert_or_assign(parts[0], parts[1]);
+    // An empty fragment would be part of every identifier; a service without a name has no title.
+    if (parts.size() != 2 || parts[0].empty() || parts[1].empty()) continue;
+    nameByFragment_.insert_or_assign(parts[0], parts[1]);
   }
 }
 

@@ -12,6 +12,18 @@
 #include "product/KestroUI.h"
 
 namespace kestro {
+namespace {
+
+// Of "com.example.chat.helper" and "com.example.chat.helper.renderer": "com.example.chat". Absent
+// of identifiers that are no helper's.
+std::optional<std::string> mainApplicationOf(const std::string& bundleIdentifier) {
+  const std::size_t helper = bundleIdentifier.find(".helper");
+  return helper == std::string::npos ? std::nullopt
+                                     : std::optional(bundleIdentifier.substr(0, helper));
+}
+
+}  // namespace
+
 MeetingTitles::MeetingTitles(Process& process)
     : process_(process),
       huddle_(R"(^.* \| (.+) \| (\d?\d?:?\d\d:\d\d)$)"),
@@ -21,7 +33,10 @@ MeetingTitles::MeetingTitles(Process& process)
 std::optional<std::string> MeetingTitles::titleForApplication(const std::string& bundleIdentifier,
                                                               Activity& activity) const {
   if (contains(bundleIdentifier, "com.tinyspeck.slackmacgap")) {
-    return slackTitle(windowTitles(bundleIdentifier));
+    auto title = slackTitle(windowTitles(bundleIdentifier));
+    // A helper holds the sound; the windows are the main application's.
+    const auto main = mainApplicationOf(bundleIdentifier);
+    return title || !main ? title : slackTitle(windowTitles(*main));
   }
   if (contains(bundleIdentifier, "com.microsoft.teams")) return teamsTitle(activity);
   return std::nullopt;

@@ -91,6 +91,8 @@ void SCEvents::deliver(const std::vector<FileEvent>& events) {
 bool SCEvents::isIgnored(const std::string& path) const {
   if (!excludedPaths_) return false;
   return std::ranges::any_of(*excludedPaths_, [&](const std::string& excluded) {
+    // An empty text names no path; as a prefix it would exclude them all.
+    if (excluded.empty()) return false;
     return path == excluded || (ignoreEventsFromSubDirs_ && path.starts_with(excluded));
   });
 }
@@ -116,8 +118,9 @@ std::string SCEvents::description() const {
 }
 
 std::string SCEvent::description() const {
-  return fmt::format("<SCEvent {{ eventId = {}, eventPath = {}, eventFlag = {} }} >", eventId,
-                     eventPath, eventFlag);
+  // Identifiers are shown as signed numbers, which the watcher's users have always seen.
+  return fmt::format("<SCEvent {{ eventId = {}, eventPath = {}, eventFlag = {} }} >",
+                     static_cast<std::int64_t>(eventId), eventPath, eventFlag);
 }
 
 }  // namespace kestro

@@ -1,5 +1,6 @@
 #include "linux/LinuxDesktop.h"
 
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -140,10 +141,20 @@ RelaunchCommands LinuxDesktop::relaunchCommands() {
   return {relaunchShell("/bin/sh"), "/usr/bin/setsid", mainBundle().executablePath};
 }
 
+// They would hold titles and addresses. The limit leaves the desktop's own rights to look at the
+// process as they are, which taking the mark "dumpable" from it would not.
+void forgoCoreFiles() {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_CORE, &limit) != 0) return;
+  limit.rlim_cur = 0;
+  setrlimit(RLIMIT_CORE, &limit);
+}
+
 std::filesystem::path LinuxDesktop::makeDataDirectory(const DesktopOptions& options) {
   auto directory = options.dataDirectory.value_or(defaultDataDirectory());
   if (!makePrivateDirectory(directory)) {
-    log_.write("the data directory cannot be made for its owner alone");
+    log_.write("the data directory cannot be made, or others may look into it: " +
+               directory.string());
   }
   return directory;
 }
@@ -153,6 +164,7 @@ std::filesystem::path LinuxDesktop::makeDataDirectory(const DesktopOptions& opti
 std::unique_ptr<Desktop> makeLinuxDesktop(DesktopOptions options) {
   // A bus, an X server or a log that goes away is an error of the next write, not the end.
   std::signal(SIGPIPE, SIG_IGN);
+  forgoCoreFiles();
   return std::make_unique<LinuxDesktop>(std::move(options));
 }
 

@@ -21,11 +21,18 @@ std::optional<std::int64_t> wholeNumber(double number) {
   return static_cast<std::int64_t>(number);
 }
 
-std::optional<std::int64_t> wholeNumber(std::string_view text) {
-  std::int64_t number = 0;
-  auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  return number;
+// The number at the beginning, behind white space and a sign.
+std::optional<double> numberOfText(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t\n"), text.size()));
+  if (text.starts_with('+')) text.remove_prefix(1);
+  const std::size_t first = text.find_first_not_of("-.");
+  // "inf" and "nan" are words.
+  if (first == std::string_view::npos || !std::isdigit(static_cast<unsigned char>(text[first]))) {
+    return std::nullopt;
+  }
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc{} ? std::optional(number) : std::nullopt;
 }
 
 std::optional<bool> booleanOfText(std::string_view text) {
@@ -34,10 +41,8 @@ std::optional<bool> booleanOfText(std::string_view text) {
   auto equalsText = [&](std::string_view other) { return equalsIgnoringCase(text, other); };
   if (std::ranges::any_of(trueTexts, equalsText)) return true;
   if (std::ranges::any_of(falseTexts, equalsText)) return false;
-  std::int64_t number = 0;
-  auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{}) return std::nullopt;
-  return number != 0;
+  const auto number = numberOfText(text);
+  return number ? std::optional(*number != 0) : std::nullopt;
 }
 
 }  // namespace
@@ -58,7 +63,10 @@ std::optional<std::int64_t> UserDefaults::integer(std::string_view key) const {
   if (const auto* flag = stored->get<bool>()) return *flag ? 1 : 0;
   if (const auto* whole = stored->get<std::int64_t>()) return *whole;
   if (const auto* real = stored->get<double>()) return wholeNumber(*real);
-  if (const auto* text = stored->get<std::string>()) return wholeNumber(*text);
+  if (const auto* text = stored->get<std::string>()) {
+    const auto given = numberOfText(*text);
+    return given ? wholeNumber(*given) : std::nullopt;
+  }
   return std::nullopt;
 }
 
@@ -67,6 +75,7 @@ std::optional<double> UserDefaults::number(std::string_view key) const {
   if (!stored) return std::nullopt;
   if (const auto* whole = stored->get<std::int64_t>()) return static_cast<double>(*whole);
   if (const auto* real = stored->get<double>()) return *real;
+  if (const auto* text = stored->get<std::string>()) return numberOfText(*text);
   return std::nullopt;
 }
 

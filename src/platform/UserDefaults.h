@@ -27,9 +27,10 @@ class UserDefaults {
   // A boolean, a number (false when zero), or one of the texts YES, TRUE, NO, FALSE in any letter
   // case, or a text that begins with a number.
   std::optional<bool> boolean(std::string_view key) const;
-  // A number or a boolean, cut to a whole number, or a text that is a whole number.
+  // A number or a boolean, cut to a whole number, or the number at the beginning of a text.
   std::optional<std::int64_t> integer(std::string_view key) const;
-  // A number only: neither a boolean nor a text.
+  // A number, or the one at the beginning of a text, as the designed platform reads them ("3", "2.5
+  // s"); a boolean is none.
   std::optional<double> number(std::string_view key) const;
   // A text only.
   std::optional<std::string> string(std::string_view key) const;

@@ -8,9 +8,10 @@
 // covers already is not recorded again.
 //
 // Rows are held back for at most ten seconds and then written in one transaction. While the
-// database refuses, they are kept in memory, up to a bound, and tried again. On damage they go into
-// a new database. Samples that are taken while it refuses and after the clock went back are not
-// recorded: only the database knows which time is free.
+// database refuses, they are kept in memory, up to a bound, and tried again. On damage, and when
+// somebody has deleted or replaced the database, they go into a new one. A row that somebody has
+// deleted while it grows is written once more. Samples that are taken while it refuses and after
+// the clock went back are not recorded: only the database knows which time is free.
 #pragma once
 
 #include <memory>
@@ -50,6 +51,12 @@ class ActivityWriter {
   void write(Date time, const Activity& activity);
   // From `time` on nothing is tracked: a sample without an activity, or the end of tracking.
   void writeNoActivity(Date time);
+  // Gives up everything that was made of the database, which is about to be closed. The next rows,
+  // the open one among them, are written as a whole to the one that is open then.
+  void releaseDatabase();
+  // Writes what is held back for the last time; what the database refuses is lost, and counted in
+  // the log.
+  void close();
   // Writes now what is held back. False when the database refused; the reason is logged once per
   // outage.
   bool flush();

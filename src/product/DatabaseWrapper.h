@@ -7,7 +7,10 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string_view>
 
+#include "foundation/PrivateFiles.h"
 #include "product/SampleData.h"
 #include "product/SyncManager.h"
 
@@ -27,9 +30,11 @@ class Timer;
 class DatabaseWrapper {
  public:
   // The process's database, opened at the first call. Null when there is none: it could not be
-  // opened, or a newer version of the product wrote it; a log line has said why. Unless it is a
-  // newer one, it is tried again after ten seconds: the disk may have room, or be there, by then.
+  // opened, or its schema is none of this program's; a log line has said why. Unless it is the
+  // schema, it is tried again after ten seconds: the disk may have room, or be there, by then.
   static DatabaseWrapper* sharedInstance(Process& process);
+  // Posted inside the process when it opens.
+  static constexpr std::string_view didOpenNotification = "KSDatabaseWrapperDidOpen";
   // The same without opening it: null as well when it is not open yet.
   static DatabaseWrapper* openSharedInstance(Process& process);
   // Saves what waits and closes it; there is none from now on.
@@ -47,10 +52,14 @@ class DatabaseWrapper {
   bool isOpen() const { return database_ != nullptr; }
   SQLite::Database& db() { return *database_; }
   static bool isDamage(const SQLite::Exception& failure);
-  // Moves the damaged file aside and begins a new one, which db() then is. Everything made of the
-  // old db() must be gone. Throws std::exception when there can be no new one; there is no db()
-  // until a later call succeeds.
-  void replaceDamaged();
+  // Whether the file that is open is still the one of its name: it may have been deleted, moved, or
+  // replaced by another. One look at the file system.
+  bool isInPlace() const;
+  // Closes the database and opens the file of its name, a new one when there is none; `isDamaged`:
+  // after moving that aside. What the activity writer made of the old db() is given up first;
+  // nothing else may hold anything of it. Throws std::exception when there can be no database;
+  // there is no db() until a later call succeeds.
+  void openAnew(bool isDamaged);
   // Runs a write in one transaction. False when it failed: the database is as it was then, and an
   // alert and a log line have said why, once until a write works again.
   using Mutation = std::function<void(SQLite::Database& mutator)>;
@@ -59,10 +68,14 @@ class DatabaseWrapper {
   // is tried again every ten seconds; in the order of the calls, and for the last time at the end
   // (`close`).
   void mutateAsynchronouslyOrPresentError(Mutation mutation);
+  // To be told of a read that failed: a damaged database is moved aside with the run loop's next
+  // task.
+  void noteReadFailure(const SQLite::Exception& failure);
   // Tries what waits now.
   void finishMutations();
-  // As finishMutations, for the last time and without an alert. What cannot be saved is lost, and
-  // logged. Also for the time before the end: no alert comes up from then on.
+  // As finishMutations, for the last time and without an alert, and the activities. What cannot be
+  // saved is lost, and counted in the log. Also for the time before the end: no alert comes up from
+  // then on.
   void close();
 
   // Null when the product has none.
@@ -77,7 +90,9 @@ class DatabaseWrapper {
 
  private:
   bool isEmpty() const;
-  void presentError(const SQLite::Exception& failure);
+  void openDatabase();
+  void mutate(const Mutation& mutation);
+  void presentError(std::string_view reason);
   void continueBackup();
   void endBackup(const std::exception& failure);
 
@@ -85,12 +100,14 @@ class DatabaseWrapper {
   std::filesystem::path file_;
   std::unique_ptr<FileLock> lock_;  // "Kestro.lock" beside the file: rows have one writer
   std::unique_ptr<SQLite::Database> database_;
+  std::optional<FileIdentity> identity_;  // of the file that is open
   std::unique_ptr<ActivityWriter> activityWriter_;
   std::unique_ptr<SyncManager> syncManager_;
   std::unique_ptr<AutomaticBackup> backup_;  // while one is made
   std::unique_ptr<Timer> nextBackupStep_;
   std::deque<Mutation> waitingMutations_;
   std::unique_ptr<Timer> nextTry_;
+  std::unique_ptr<Timer> nextRepair_;
   bool hasPresentedError_ = false;
   bool isClosing_ = false;
 };

@@ -29,6 +29,7 @@ class KestroIntegrationsDatabaseAdapter {
       : process_(process), facade_(facade) {}
 
   Process& process() const { return process_; }
+  DatabaseWrapper& database() const { return facade_; }
   // Notes that they are up to date now, all or those given. False when there are none, or no
   // database. Throws SQLite::Exception.
   bool markUpdated(const std::optional<std::vector<std::string>>& identifiers) const;

@@ -30,10 +30,12 @@ class MASShortcut {
   KeyEquivalent keys_;
 };
 
-// Makes the shortcut that is listened to out of the stored one.
-using ShortcutTransformer = MASShortcut (*)(const MASShortcut&);
-MASShortcut fakeShortcutTransformer(const MASShortcut& stored);                // as it is
-MASShortcut fakeShortcutWithExtraShiftTransformer(const MASShortcut& stored);  // and Shift
+// Makes the shortcut that is listened to out of the stored one; none when it can make no other.
+using ShortcutTransformer = std::optional<MASShortcut> (*)(const MASShortcut&);
+// As it is.
+std::optional<MASShortcut> fakeShortcutTransformer(const MASShortcut& stored);
+// And Shift. One that has Shift already has no such partner: it would do two things in one press.
+std::optional<MASShortcut> fakeShortcutWithExtraShiftTransformer(const MASShortcut& stored);
 
 class MASShortcutBinder {
  public:

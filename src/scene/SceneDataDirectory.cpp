@@ -6,6 +6,8 @@
 #include <string>
 #include <system_error>
 
+#include "foundation/PrivateFiles.h"
+
 namespace kestro {
 namespace {
 
@@ -20,9 +22,7 @@ std::filesystem::path makeTemporaryDirectory() {
 }
 
 std::filesystem::path makeDirectory(const std::filesystem::path& path) {
-  if (std::filesystem::create_directories(path)) {
-    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
-  }
+  makePrivateFolder(path);
   return path;
 }
 

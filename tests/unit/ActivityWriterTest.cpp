@@ -3,6 +3,8 @@
 #include <SQLiteCpp/SQLiteCpp.h>
 #include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <random>
@@ -223,16 +225,20 @@ TEST_F(ActivityWriterTest, bringsOlderVersionsUpToDate) {
   EXPECT_EQ(database.execAndGet("SELECT sum(duration) FROM readable_activities").getInt(), 6);
 }
 
-TEST_F(ActivityWriterTest, leavesANewerVersionAlone) {
-  makeFile("CREATE TABLE future (x); PRAGMA user_version = 99");
+TEST_F(ActivityWriterTest, leavesAnUnknownVersionAlone) {
   const auto bytes = [&] {
     std::ifstream stream(file(), std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(stream), {});
   };
-  const std::string before = bytes();
-  EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr);
-  EXPECT_TRUE(hasLogLine("version 99"));
-  EXPECT_EQ(bytes(), before);
+  makeFile("CREATE TABLE future (x)");
+  for (const int version : {99, 5, 2147483647, -1, -5, -2147483647}) {
+    makeFile(fmt::format("PRAGMA user_version = {}", version));
+    const std::string before = bytes();
+    restart();
+    EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr) << version;
+    EXPECT_TRUE(hasLogLine(fmt::format("version {};", version)));
+    EXPECT_EQ(bytes(), before) << version;
+  }
   makeFile("PRAGMA user_version = 0");
   fake.runLoop.setNow(at(10));
   EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr) << "until the next start";
@@ -276,6 +282,7 @@ TEST_F(ActivityWriterTest, movesADamagedFileAside) {
     const auto aside =
         fake.directory.path() / fmt::format("Kestro.damaged-20260302T090000Z{}.sqlite", copy);
     EXPECT_EQ(std::filesystem::file_size(aside), 9039U);
+    EXPECT_EQ(std::filesystem::status(aside).permissions(), std::filesystem::perms(0600));
   }
   EXPECT_TRUE(hasLogLine("damaged"));
 }
@@ -295,6 +302,120 @@ TEST_F(ActivityWriterTest, beginsAnewWhenDamageIsFoundWhileItRuns) {
   EXPECT_TRUE(writer().flush());
   EXPECT_EQ(rows(), "b 1999-2001, c 2001-2002");
   EXPECT_TRUE(hasLogLine("damaged"));
+}
+
+TEST_F(ActivityWriterTest, beginsAnewWhenATimeEntryMeetsDamage) {
+  write({0, "a"});
+  writer().flush();
+  DatabaseWrapper& wrapper = *DatabaseWrapper::sharedInstance(*process);
+  wrapper.db().exec("PRAGMA wal_checkpoint(TRUNCATE)");
+  std::fstream pages(file(), std::ios::in | std::ios::out | std::ios::binary);
+  pages.seekp(4096) << std::string(std::filesystem::file_size(file()) - 4096, '#') << std::flush;
+  wrapper.db().exec("PRAGMA shrink_memory");
+  EXPECT_EQ(OngoingTaskActivityManager(*process).runningTimer(), std::nullopt);
+  fake.runLoop.advance(Seconds(1));
+  EXPECT_TRUE(hasLogLine("damaged"));
+  EXPECT_TRUE(wrapper.mutateOrPresentError([&](SQLite::Database& mutator) {
+    TaskActivityDescriptor{at(0), at(60), "b"}.createTaskActivity(*process, mutator, true);
+  }));
+  write({1, "a"});
+  writer().flush();
+  EXPECT_EQ(rows(), "a 0-2") << "the open row is written as a whole";
+}
+
+// Whoever cleans up, moves or restores files does not know that the helper has one open.
+TEST_F(ActivityWriterTest, goesOnWhenItsFileIsTakenAway) {
+  const auto folder = fake.directory.path() / "data";
+  fake.platform.dataDirectory = folder;
+  namespace fs = std::filesystem;
+  const struct {
+    const char* name;
+    std::function<void()> act;
+    const char* logged;
+  } cases[] = {
+      {"deleted", [&] { fs::remove(folder / "Kestro.sqlite"); }, "database is gone"},
+      {"the folder deleted", [&] { fs::remove_all(folder); }, "database is gone"},
+      {"the folder moved", [&] { fs::rename(folder, fake.directory.path() / "elsewhere"); },
+       "database is gone"},
+      {"replaced",
+       [&] {
+         fs::copy_file(folder / "Kestro.sqlite", folder / "copy");
+         fs::rename(folder / "copy", folder / "Kestro.sqlite");
+       },
+       "replaced by another one"},
+  };
+  for (const auto& [name, act, logged] : cases) {
+    fs::remove_all(folder);
+    fs::create_directory(folder);
+    restart();
+    fake.log.lines.clear();
+    write({0, "a"});
+    write({1, "b"});
+    writer().flush();
+    act();
+    write({2, "b"});
+    write({3, "c"});
+    EXPECT_TRUE(writer().flush()) << name;
+    EXPECT_TRUE(hasLogLine(logged)) << name;
+    SQLite::Database database((folder / "Kestro.sqlite").string());
+    EXPECT_EQ(database
+                  .execAndGet("SELECT group_concat(window_title || round(end - start), ' ') FROM "
+                              "(SELECT * FROM activities WHERE window_title > 'a' ORDER BY start)")
+                  .getString(),
+              name == std::string_view("replaced") ? "b1.0 b1.0 c1.0" : "b2.0 c1.0")
+        << name;
+    EXPECT_EQ(fs::status(folder).permissions(), fs::perms::owner_all) << name;
+  }
+}
+
+TEST_F(ActivityWriterTest, writesAGrowingRowAnewThatSomebodyHasDeleted) {
+  write({0, "a"});
+  writer().flush();
+  SQLite::Database(file().string(), SQLite::OPEN_READWRITE).exec("DELETE FROM activities");
+  write({1, "a"});
+  writer().flush();
+  write({2, "a"});
+  writer().flush();
+  EXPECT_EQ(rows(), "a 0-3");
+}
+
+TEST_F(ActivityWriterTest, countsWhatIsLostAtTheEnd) {
+  write({0, "a"});
+  writer().flush();
+  SQLite::Database other(file().string(), SQLite::OPEN_READWRITE);
+  other.exec("BEGIN IMMEDIATE");
+  write({1, "a"});
+  write({2, "b"});
+  write({3, "c"});
+  DatabaseWrapper::clearSharedInstance(*process);
+  EXPECT_TRUE(hasLogLine("3 activities could not be saved."));
+}
+
+TEST_F(ActivityWriterTest, leavesAReadOnlyFileAlone) {
+  makeFile("CREATE TABLE kept (x)");
+  std::filesystem::permissions(file(), std::filesystem::perms(0444));
+  EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr);
+  EXPECT_TRUE(hasLogLine("the file is read-only"));
+  EXPECT_EQ(std::filesystem::status(file()).permissions(), std::filesystem::perms(0444));
+}
+
+// As root, which may give files away; another user could make no such file.
+TEST_F(ActivityWriterTest, usesAWritableFileOfAnotherOwner) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can give a file to somebody else";
+  constexpr uid_t nobody = 65534;
+  makeFile("PRAGMA user_version = 0");
+  std::filesystem::permissions(file(), std::filesystem::perms(0666));
+  ASSERT_EQ(chown(fake.directory.path().c_str(), nobody, nobody), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    if (setresuid(nobody, nobody, nobody) != 0) _exit(2);
+    write({0, "a"});
+    _exit(writer().flush() && hasLogLine("belongs to somebody else") ? 0 : 1);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(rows(), "a 0-1");
 }
 
 TEST_F(ActivityWriterTest, isReadableByItsOwnerAlone) {
@@ -352,9 +473,15 @@ TEST_F(ActivityWriterTest, triesADatabaseAgainThatWasLockedAtTheStart) {
     EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr);
   }
   EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr) << "not at every sample";
-  fake.runLoop.setNow(at(10));
-  EXPECT_NE(DatabaseWrapper::sharedInstance(*process), nullptr);
+  int opened = 0;
+  const auto observation = fake.platform.notificationCenter.observe(
+      DatabaseWrapper::didOpenNotification, [&](const auto&) { ++opened; });
+  fake.runLoop.setWallClock(at(-3600));
+  EXPECT_EQ(DatabaseWrapper::sharedInstance(*process), nullptr);
+  fake.runLoop.advance(Seconds(10));
+  EXPECT_NE(DatabaseWrapper::sharedInstance(*process), nullptr) << "whatever the wall's clock says";
   EXPECT_EQ(fake.log.lines.size(), 1U);
+  EXPECT_EQ(opened, 1);
 }
 
 TEST_F(ActivityWriterTest, aSecondHelperWaitsForTheFirst) {

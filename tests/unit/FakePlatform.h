@@ -33,8 +33,15 @@ namespace kestro::fakes {
 class ManualRunLoop final : public RunLoop, public Clock {
  public:
   Date now() const override { return now_; }
-  Seconds monotonicTime() const override { return now_.time_since_epoch(); }
+  Seconds monotonicTime() const override { return now_.time_since_epoch() + setForward_; }
   void setNow(Date time) { now_ = time; }
+  // As a user sets the clock: what is due stays as far away as it was.
+  void setWallClock(Date time) {
+    for (const auto& entry : entries_)
+      entry->due += time - now_;
+    setForward_ += now_ - time;
+    now_ = time;
+  }
 
   void post(Task task, TaskOrigin) override { add(Seconds(0), Seconds(0), std::move(task)); }
   std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task, TaskOrigin) override {
@@ -94,6 +101,7 @@ class ManualRunLoop final : public RunLoop, public Clock {
     return next != entries_.end() && (*next)->due <= end ? next : entries_.end();
   }
 
+  Seconds setForward_{};
   Date now_{};
   std::vector<std::shared_ptr<Entry>> entries_;
 };

@@ -99,7 +99,10 @@ TEST(PowerManagementAssertions, followsTheSettings) {
        "1 in  out  both 1234: 1234"},
       {R"({"RunningCallDetector_maximumPMAssertionAge": 60})",
        R"("AssertStartWhen": {"date": "2026-03-02T11:59:00Z"})", "0 in  out  both :"},
+      // A number given as a text counts; a text without one leaves the four hours.
       {R"({"RunningCallDetector_maximumPMAssertionAge": "60"})",
+       R"("AssertStartWhen": {"date": "2026-03-02T11:59:00Z"})", "0 in  out  both :"},
+      {R"({"RunningCallDetector_maximumPMAssertionAge": "long"})",
        R"("AssertStartWhen": {"date": "2026-03-02T11:59:00Z"})", "1 in  out  both :"},
   };
   for (const auto& [preferences, fields, expected] : cases) {

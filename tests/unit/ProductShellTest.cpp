@@ -130,7 +130,7 @@ TEST_F(ProductDatabaseTest, integrationsSurviveADamagedDatabase) {
   fake.productConditions.set("activityWriter", false);
   const KestroIntegrationsDatabaseAdapter adapter(process, database());
   EXPECT_FALSE(adapter.markUpdated(std::nullopt));
-  database().replaceDamaged();
+  database().openAnew(true);
   database().db().exec("INSERT INTO integrations (name) VALUES ('Tickets')");
   EXPECT_TRUE(adapter.markUpdated(std::nullopt));
   EXPECT_TRUE(adapter.markUpdated(std::vector<std::string>{"Tickets", "Other"}));

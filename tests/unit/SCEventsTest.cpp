@@ -52,6 +52,7 @@ TEST_F(SCEventsTest, judgesEachEventByItself) {
       {{"/a/b"}, false, {"/a/bc", "/a/b/c", "/a/b", "/a/b/"}, "/a/bc /a/b/c /a/b "},
       {{}, true, {"//", "/"}, "/  "},
       {{}, true, {}, ""},
+      {{""}, true, {"/x", ""}, "/x  "},
   };
   for (const auto& [excluded, subDirectories, paths, seen] : cases) {
     watcher_.setExcludedPaths(excluded);

@@ -26,12 +26,12 @@ std::optional<NamedBundle> findBundle(Process& process, const std::string& bundl
 }
 
 std::optional<std::string> iconPath(Process& process, const NamedBundle& bundle) {
-  const auto information =
-      process.platform().files.dictionary(bundle.path + "/Contents/Info.plist");
+  const auto information = process.platform().files.dictionary(std::filesystem::path(bundle.path) /
+                                                               "Contents" / "Info.plist");
   const auto* value = information ? information->find("CFBundleIconFile") : nullptr;
   const auto* name = value ? value->get<std::string>() : nullptr;
   if (!name) return std::nullopt;
-  std::string path = bundle.path + "/Contents/Resources/" + *name;
+  std::string path = std::filesystem::path(bundle.path) / "Contents" / "Resources" / *name;
   if (!path.ends_with(iconExtension)) path += iconExtension;
   return path;
 }

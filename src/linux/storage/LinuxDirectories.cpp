@@ -7,6 +7,7 @@
 #include <sstream>
 #include <string>
 
+#include "foundation/PrivateFiles.h"
 #include "linux/storage/WholeFile.h"
 
 namespace kestro {
@@ -95,12 +96,11 @@ std::vector<fs::path> applicationDirectories() {
 }
 
 bool makePrivateDirectory(const fs::path& directory) {
-  std::error_code error;
-  if (fs::is_directory(directory, error)) return true;
-  fs::create_directories(directory, error);
-  if (error) return false;
-  fs::permissions(directory, fs::perms::owner_all, error);
-  return !error;
+  try {
+    return makePrivateFolder(directory);
+  } catch (const fs::filesystem_error&) {
+    return false;
+  }
 }
 
 }  // namespace kestro

@@ -62,8 +62,8 @@ void ActivityTable::save(std::deque<ActivityRow>& rows) {
   std::vector<std::int64_t> identifiers;
   SQLite::Transaction transaction(database_, SQLite::TransactionBehavior::IMMEDIATE);
   for (const ActivityRow& row : rows) {
-    if (row.isUnsaved && row.identifier) update(row);
-    identifiers.push_back(row.identifier ? *row.identifier : insert(row));
+    const bool isThere = row.identifier && (!row.isUnsaved || update(row));
+    identifiers.push_back(isThere ? *row.identifier : insert(row));
   }
   transaction.commit();
   for (std::size_t index = 0; index < rows.size(); ++index) {
@@ -93,12 +93,15 @@ std::int64_t ActivityTable::insert(const ActivityRow& row) {
   return database_.getLastInsertRowid();
 }
 
-void ActivityTable::update(const ActivityRow& row) {
-  if (row.start == row.end) return remove(*row.identifier);
+bool ActivityTable::update(const ActivityRow& row) {
+  if (row.start == row.end) {
+    remove(*row.identifier);
+    return true;
+  }
   const ResetAtEnd reset(updateEnd_);
   updateEnd_.bind(1, seconds(row.end));
   updateEnd_.bind(2, *row.identifier);
-  updateEnd_.exec();
+  return updateEnd_.exec() > 0;
 }
 
 void ActivityTable::remove(std::int64_t identifier) {

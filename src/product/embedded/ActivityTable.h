@@ -31,7 +31,8 @@ class ActivityTable {
 
  private:
   std::int64_t insert(const ActivityRow& row);
-  void update(const ActivityRow& row);
+  // False when somebody has deleted the row.
+  bool update(const ActivityRow& row);
   void remove(std::int64_t identifier);
 
   SQLite::Database& database_;

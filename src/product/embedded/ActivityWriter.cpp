@@ -42,7 +42,8 @@ struct ActivityWriter::State {
   std::optional<TimeSpan> freeTime(Instant start, Instant end);
   template <class Operation>
   std::invoke_result_t<Operation, ActivityTable&> onTable(Operation operation);
-  void beginAnew();
+  void release();
+  void keepToFreeTime();
   void setEnd(ActivityRow& row, Instant end);
   void scheduleFlush();
   bool save();
@@ -52,7 +53,7 @@ struct ActivityWriter::State {
 
   Process& process;
   DatabaseWrapper& database;
-  std::optional<ActivityTable> table;  // absent while a damaged database cannot be replaced
+  std::optional<ActivityTable> table;  // absent until something is asked of a new database
   milliseconds interval;
   std::deque<ActivityRow> rows;    // unsaved, and the open one, which is the last
   bool isOpen = false;             // whether the last row may still grow
@@ -118,24 +119,45 @@ std::optional<TimeSpan> ActivityWriter::State::freeTime(Instant start, Instant e
   }
 }
 
-// On damage it is done on a new database instead.
+// On damage, and when the database was deleted or replaced, it is done on a new one instead.
 template <class Operation>
 std::invoke_result_t<Operation, ActivityTable&> ActivityWriter::State::onTable(
     Operation operation) {
-  try {
-    if (table) return operation(*table);
-  } catch (const SQLite::Exception& failure) {
-    if (!DatabaseWrapper::isDamage(failure)) throw;
+  bool isDamaged = false;
+  if (database.isOpen() && database.isInPlace()) {
+    try {
+      if (!table) table.emplace(database.db());
+      return operation(*table);
+    } catch (const SQLite::Exception& failure) {
+      if (!DatabaseWrapper::isDamage(failure)) throw;
+      isDamaged = true;
+    }
   }
-  beginAnew();
+  database.openAnew(isDamaged);
+  table.emplace(database.db());
+  keepToFreeTime();
   return operation(*table);
 }
 
+// The database that has taken the other's place may be a copy of it, with some of these rows.
+void ActivityWriter::State::keepToFreeTime() {
+  const bool wasOpen = isOpen;
+  std::erase_if(rows, [&](ActivityRow& row) {
+    const auto free = table->freeTime(row.start, row.end);
+    if (wasOpen && &row == &rows.back()) {
+      isOpen = free.has_value();
+      limit = free ? free->end : Instant::max();
+    }
+    if (!free) return true;
+    row.start = free->start;
+    row.end = std::min(row.end, free->end);
+    return false;
+  });
+}
+
 // The statements go before their database. The open row is written once more, as a whole.
-void ActivityWriter::State::beginAnew() {
+void ActivityWriter::State::release() {
   table.reset();
-  database.replaceDamaged();
-  table.emplace(database.db());
   std::erase_if(rows, [](const ActivityRow& row) { return row.start == row.end; });
   for (ActivityRow& row : rows) {
     row.identifier.reset();
@@ -218,6 +240,20 @@ void ActivityWriter::writeNoActivity(Date time) {
 void ActivityWriter::setPostSyncUpdater(std::unique_ptr<PostSyncUpdater> updater) {
   recordOperation(state_->process, "ActivityWriter setPostSyncUpdater", {updater != nullptr});
   postSyncUpdater_ = std::move(updater);
+}
+
+void ActivityWriter::releaseDatabase() {
+  state_->release();
+}
+
+void ActivityWriter::close() {
+  if (flush()) return;
+  const auto lost = std::ranges::count_if(state_->rows, &ActivityRow::isUnsaved);
+  state_->process.platform().log.write(fmt::format(
+      "{} activities could not be saved.", static_cast<std::size_t>(lost) + state_->droppedRows));
+  state_->rows.clear();
+  state_->isOpen = false;
+  state_->flushTimer.reset();
 }
 
 bool ActivityWriter::flush() {

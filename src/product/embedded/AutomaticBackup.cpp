@@ -8,9 +8,10 @@
 #include <sqlite3.h>
 
 #include <algorithm>
-#include <fstream>
 #include <stdexcept>
 #include <vector>
+
+#include "foundation/PrivateFiles.h"
 
 namespace kestro {
 namespace {
@@ -39,11 +40,10 @@ void removeUnfinished(const fs::path& folder) {
 }
 
 fs::path emptyFile(const fs::path& folder, const fs::path& path) {
-  fs::create_directories(folder);
-  fs::permissions(folder, fs::perms::owner_all);
+  makePrivateFolder(folder);
   removeUnfinished(folder);
-  if (!std::ofstream(path)) throw std::runtime_error("the file cannot be made");
-  fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
+  fs::remove(path);
+  createPrivateFile(path);
   return path;
 }
 

@@ -6,13 +6,13 @@
 #include <sqlite3.h>
 
 #include <array>
-#include <fstream>
 #include <stdexcept>
 #include <utility>
 
 #include "platform/Alerts.h"
 #include "platform/Clock.h"
 #include "platform/LocalizedStrings.h"
+#include "platform/NotificationCenter.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
 #include "platform/SystemLog.h"
@@ -37,38 +37,48 @@ fs::path companion(const fs::path& file, std::string_view suffix) {
   return path;
 }
 
-// SQLite gives its companion files the mode of the database itself.
-void makePrivate(const fs::path& file) {
+// SQLite gives its companion files the mode of the database itself. False when one is somebody
+// else's: their mode stays as it is.
+bool makePrivate(const fs::path& file) {
+  std::error_code error;
+  bool isPrivate = true;
   for (const std::string_view suffix : companionSuffixes) {
     const fs::path path = companion(file, suffix);
-    if (fs::exists(path)) {
-      fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write);
-    }
+    if (!fs::exists(path)) continue;
+    fs::permissions(path, fs::perms::owner_read | fs::perms::owner_write, error);
+    isPrivate = isPrivate && !error;
   }
-}
-
-// An empty file is an empty database, and has its mode before anything is in it.
-void createIfMissing(const fs::path& file) {
-  if (fs::exists(file)) return;
-  if (!std::ofstream(file)) throw std::runtime_error("the file cannot be made");
-  makePrivate(file);
+  return isPrivate;
 }
 
 // The one failure that does not pass.
-class NewerSchema : public std::runtime_error {
+class UnknownSchema : public std::runtime_error {
  public:
-  explicit NewerSchema(int version)
-      : std::runtime_error(fmt::format("its schema has version {}, newer than this program's {}",
+  explicit UnknownSchema(int version)
+      : std::runtime_error(fmt::format("its schema has version {}; this program knows 0 to {}",
                                        version, latestSchemaVersion())) {}
 };
 
-std::unique_ptr<SQLite::Database> openedDatabase(const fs::path& file) {
-  createIfMissing(file);
+// An empty file is an empty database. Who has made a database read-only wants no writing in it.
+void prepareFile(const fs::path& file) {
+  makePrivateFolder(file.parent_path());
+  if (!fs::exists(file)) return createPrivateFile(file);
+  constexpr auto writable =
+      fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+  const bool isReadOnly = (fs::status(file).permissions() & writable) == fs::perms::none;
+  if (isReadOnly || !isWritable(file)) throw std::runtime_error("the file is read-only");
+}
+
+std::unique_ptr<SQLite::Database> openedDatabase(const Process& process, const fs::path& file) {
+  prepareFile(file);
   auto database = std::make_unique<SQLite::Database>(file.string(), SQLite::OPEN_READWRITE,
                                                      busyTimeoutInMilliseconds);
   const int version = database->execAndGet("PRAGMA user_version");
-  if (version > latestSchemaVersion()) throw NewerSchema(version);
-  makePrivate(file);
+  if (version < 0 || version > latestSchemaVersion()) throw UnknownSchema(version);
+  if (!makePrivate(file)) {
+    process.platform().log.write(
+        "The database belongs to somebody else; who may read it stays as it is.");
+  }
   database->exec(
       "PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON");
   migrateDatabase(*database);
@@ -93,9 +103,14 @@ void moveAside(Process& process, const fs::path& file) {
       fs::rename(companion(file, suffix), companion(aside, suffix));
     }
   }
+  makePrivate(aside);
   process.platform().log.write(
       fmt::format("The database is damaged. It is kept as {}, and a new one begun.",
                   aside.filename().string()));
+}
+
+fs::path lockFileOf(const fs::path& file) {
+  return fs::path(file).replace_extension("lock");
 }
 
 // The database wrapper of a process, once it could be opened.
@@ -107,7 +122,7 @@ class SharedDatabase {
   }
 
   DatabaseWrapper* instance() {
-    if (isWanted_ && process_.platform().clock.now() >= nextTry_) open();
+    if (isWanted_ && process_.platform().clock.monotonicTime() >= nextTry_) open();
     return instance_.get();
   }
   DatabaseWrapper* openInstance() const { return instance_.get(); }
@@ -120,23 +135,26 @@ class SharedDatabase {
 
  private:
   void open() {
-    constexpr std::chrono::seconds timeBetweenTries{10};
+    constexpr Seconds timeBetweenTries{10};
     try {
       instance_ = std::make_unique<DatabaseWrapper>(
           process_, process_.platform().dataDirectory / "Kestro.sqlite");
       isWanted_ = false;
     } catch (const std::exception& failure) {
-      isWanted_ = dynamic_cast<const NewerSchema*>(&failure) == nullptr;
-      nextTry_ = process_.platform().clock.now() + timeBetweenTries;
+      isWanted_ = dynamic_cast<const UnknownSchema*>(&failure) == nullptr;
+      nextTry_ = process_.platform().clock.monotonicTime() + timeBetweenTries;
       if (std::exchange(hasLoggedFailure_, true)) return;
       process_.platform().log.write(
           fmt::format("The database cannot be used, activities are not saved: {}", failure.what()));
+      return;
     }
+    process_.platform().notificationCenter.post(DatabaseWrapper::didOpenNotification);
   }
 
   Process& process_;
   bool isWanted_;  // and not there yet
-  Date nextTry_ = Date::min();
+  // By a clock that nobody sets: one set back would put it off.
+  Seconds nextTry_ = Seconds::min();
   bool hasLoggedFailure_ = false;
   std::unique_ptr<DatabaseWrapper> instance_;
 };
@@ -158,22 +176,18 @@ void DatabaseWrapper::clearSharedInstance(Process& process) {
 }
 
 DatabaseWrapper::DatabaseWrapper(Process& process, const fs::path& file)
-    : process_(process),
-      file_(file),
-      lock_(std::make_unique<FileLock>(fs::path(file).replace_extension("lock"))) {
+    : process_(process), file_(file), lock_(std::make_unique<FileLock>(lockFileOf(file))) {
   const auto makeWriter = [&] {
     if (isPartPresent(process_, "activityWriter")) {
       activityWriter_ = std::make_unique<ActivityWriter>(process_, *this);
     }
   };
   try {
-    database_ = openedDatabase(file_);
+    openDatabase();
     makeWriter();
   } catch (const SQLite::Exception& failure) {
     if (!isDamage(failure)) throw;
-    database_.reset();
-    moveAside(process_, file_);
-    database_ = openedDatabase(file_);
+    openAnew(true);
     makeWriter();
   }
   syncManager_ = std::make_unique<SyncManager>(process_, activityWriter_.get());
@@ -186,30 +200,56 @@ bool DatabaseWrapper::isDamage(const SQLite::Exception& failure) {
 }
 
 bool DatabaseWrapper::mutateOrPresentError(const Mutation& mutation) {
-  if (!isOpen()) return false;
   try {
-    SQLite::Transaction transaction(*database_, SQLite::TransactionBehavior::IMMEDIATE);
-    mutation(*database_);
-    transaction.commit();
+    if (!isOpen() || !isInPlace()) openAnew(false);
+    try {
+      mutate(mutation);
+    } catch (const SQLite::Exception& failure) {
+      if (!isDamage(failure)) throw;
+      openAnew(true);
+      mutate(mutation);
+    }
     hasPresentedError_ = false;
     return true;
   } catch (const SQLite::Exception& failure) {
-    presentError(failure);
-    return false;
+    // The message itself could hold a user's text.
+    presentError(failure.getErrorStr());
+  } catch (const std::exception& failure) {
+    presentError(failure.what());
   }
+  return false;
+}
+
+void DatabaseWrapper::mutate(const Mutation& mutation) {
+  SQLite::Transaction transaction(*database_, SQLite::TransactionBehavior::IMMEDIATE);
+  mutation(*database_);
+  transaction.commit();
+}
+
+void DatabaseWrapper::noteReadFailure(const SQLite::Exception& failure) {
+  if (!isDamage(failure) || nextRepair_) return;
+  // What has met the damage may still hold something of the database.
+  nextRepair_ = process_.platform().runLoop.scheduleAfter(Seconds(0), [this] {
+    const auto timer = std::move(nextRepair_);
+    try {
+      openAnew(true);
+    } catch (const std::exception& error) {
+      process_.platform().log.write(
+          fmt::format("There can be no new database now: {}", error.what()));
+    }
+  });
 }
 
 // Once until a write works again: writes that wait are tried every few seconds. The user's own
 // texts are no part of what the database says.
-void DatabaseWrapper::presentError(const SQLite::Exception& failure) {
+void DatabaseWrapper::presentError(std::string_view reason) {
   if (std::exchange(hasPresentedError_, true)) return;
-  process_.platform().log.write(
-      fmt::format("A time entry cannot be saved now: {}", failure.getErrorStr()));
+  process_.platform().log.write(fmt::format("A time entry cannot be saved now: {}", reason));
   if (isClosing_) return;
   process_.platform().alerts.runModal(
       {localizedString(process_, "Your time entry could not be saved yet."),
        localizedFormat(process_, "Kestro tries again until it works. The database says: %@",
-                       failure.getErrorStr()),
+                       reason),
        {localizedString(process_, "OK")}});
 }
 
@@ -222,6 +262,7 @@ void DatabaseWrapper::mutateAsynchronouslyOrPresentError(Mutation mutation) {
 void DatabaseWrapper::close() {
   isClosing_ = true;
   finishMutations();
+  if (activityWriter_) activityWriter_->close();
   if (waitingMutations_.empty()) return;
   process_.platform().log.write(fmt::format("{} changes of time entries could not be saved.",
                                             std::exchange(waitingMutations_, {}).size()));
@@ -293,14 +334,35 @@ bool DatabaseWrapper::isEmpty() const {
              .getInt() == 0;
 }
 
-void DatabaseWrapper::replaceDamaged() {
+void DatabaseWrapper::openDatabase() {
+  database_ = openedDatabase(process_, file_);
+  identity_ = identityOf(file_);
+}
+
+bool DatabaseWrapper::isInPlace() const {
+  return identity_ && identityOf(file_) == identity_;
+}
+
+void DatabaseWrapper::openAnew(bool isDamaged) {
+  if (database_ && !isDamaged) {
+    process_.platform().log.write(
+        fs::exists(file_) ? "The database was replaced by another one, which is used from now on."
+                          : "The database is gone. A new one is begun.");
+  }
+  if (activityWriter_) activityWriter_->releaseDatabase();
   nextBackupStep_.reset();
   backup_.reset();
-  if (database_) {
-    database_.reset();
-    moveAside(process_, file_);
+  const bool wasInPlace = isInPlace();
+  database_.reset();
+  identity_.reset();
+  if (!wasInPlace) {
+    // The lock went with its folder.
+    lock_.reset();
+    makePrivateFolder(file_.parent_path());
+    lock_ = std::make_unique<FileLock>(lockFileOf(file_));
   }
-  database_ = openedDatabase(file_);
+  if (isDamaged && fs::exists(file_)) moveAside(process_, file_);
+  openDatabase();
 }
 
 }  // namespace kestro

@@ -59,6 +59,7 @@ void IntegrationsUpdater::updateIntegrations(
   try {
     outcome = adapter_.markUpdated(identifiers);
   } catch (const SQLite::Exception& failure) {
+    adapter_.database().noteReadFailure(failure);
     outcome = IntegrationsError{failure.getErrorStr()};
   }
   completion(outcome);

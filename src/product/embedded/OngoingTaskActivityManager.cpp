@@ -58,7 +58,8 @@ auto read(Process& process, Reading reading) -> decltype(reading(std::declval<Ti
   try {
     TimeEntryTable table(database->db());
     return reading(table);
-  } catch (const SQLite::Exception&) {
+  } catch (const SQLite::Exception& failure) {
+    database->noteReadFailure(failure);
     return std::nullopt;
   }
 }
@@ -195,9 +196,9 @@ void OngoingTaskActivityManager::updateEditRunningOrLatestTaskMenuItem(MenuItem&
       process_, isRunning ? localizable("Edit Running Timer…") : localizable("Edit Latest Timer…"));
   item.isHidden =
       !isRunning && !read(process_, [](TimeEntryTable& table) { return table.latest(); });
-  const auto shortcut = process_.shared<HelperPreferences>().startTaskShortcut();
-  item.keyEquivalent =
-      shortcut ? fakeShortcutWithExtraShiftTransformer(*shortcut).keys() : KeyEquivalent{};
+  const auto stored = process_.shared<HelperPreferences>().startTaskShortcut();
+  const auto shortcut = stored ? fakeShortcutWithExtraShiftTransformer(*stored) : std::nullopt;
+  item.keyEquivalent = shortcut ? shortcut->keys() : KeyEquivalent{};
 }
 
 void OngoingTaskActivityManager::editTaskActivity(const TaskActivity& activity, bool center) const {

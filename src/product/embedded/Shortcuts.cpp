@@ -34,15 +34,14 @@ std::optional<MASShortcut> MASShortcut::fromPropertyList(const PropertyList& val
   return MASShortcut({*text, modifiersIn(fields->find("modifiers"))});
 }
 
-MASShortcut fakeShortcutTransformer(const MASShortcut& stored) {
+std::optional<MASShortcut> fakeShortcutTransformer(const MASShortcut& stored) {
   return stored;
 }
 
-MASShortcut fakeShortcutWithExtraShiftTransformer(const MASShortcut& stored) {
+std::optional<MASShortcut> fakeShortcutWithExtraShiftTransformer(const MASShortcut& stored) {
   KeyEquivalent keys = stored.keys();
-  if (std::ranges::find(keys.modifiers, ModifierKey::shift) == keys.modifiers.end()) {
-    keys.modifiers.push_back(ModifierKey::shift);
-  }
+  if (std::ranges::find(keys.modifiers, ModifierKey::shift) != keys.modifiers.end()) return {};
+  keys.modifiers.push_back(ModifierKey::shift);
   return MASShortcut(std::move(keys));
 }
 
@@ -65,9 +64,9 @@ void MASShortcutBinder::bindShortcutWithDefaultsKey(const std::string& key,
   recordOperation(process_, "MASShortcutBinder bindShortcutWithDefaultsKey", {key});
   grabs_.erase(key);
   const auto stored = process_.shared<HelperPreferences>().getShortcut(key);
-  if (!stored) return;
-  grabs_[key] =
-      process_.platform().globalShortcuts.grab(transformer_(*stored).keys(), std::move(action));
+  const auto shortcut = stored ? transformer_(*stored) : std::nullopt;
+  if (!shortcut) return;
+  grabs_[key] = process_.platform().globalShortcuts.grab(shortcut->keys(), std::move(action));
 }
 
 }  // namespace kestro

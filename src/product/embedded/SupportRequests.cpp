@@ -4,8 +4,8 @@
 #include <fmt/format.h>
 
 #include <filesystem>
-#include <fstream>
 
+#include "foundation/PrivateFiles.h"
 #include "platform/Clock.h"
 #include "platform/Process.h"
 #include "platform/SystemLog.h"
@@ -22,20 +22,12 @@ fs::path makeFolder(const Process& process) {
   const auto time = fmt::gmtime(std::chrono::system_clock::to_time_t(platform.clock.now()));
   const std::string name = fmt::format("{:%Y-%m-%dT%H%M%SZ}", time);
   const fs::path parent = platform.dataDirectory / "Support Requests";
-  fs::create_directories(parent);
-  fs::permissions(parent, fs::perms::owner_all);
   fs::path folder = parent / name;
-  for (int copy = 2; !fs::create_directory(folder); ++copy) {
+  for (int copy = 2; fs::exists(folder); ++copy)
     folder = parent / fmt::format("{}-{}", name, copy);
-  }
-  fs::permissions(folder, fs::perms::owner_all);
+  makePrivateFolder(parent);
+  makePrivateFolder(folder);
   return folder;
-}
-
-void write(const fs::path& file, const std::string& text) {
-  if (!(std::ofstream(file) << text << std::flush)) {
-    throw fs::filesystem_error("cannot write", file, std::make_error_code(std::errc::io_error));
-  }
 }
 
 void record(Process& process, const std::string& body,
@@ -57,9 +49,9 @@ void SupportRequests::createRequest(Process& process, const std::string& body,
   record(process, body, extraAttachments);
   try {
     const fs::path folder = makeFolder(process);
-    write(folder / "Request.txt", body);
+    writePrivateFile(folder / "Request.txt", body);
     for (const RepliesIOAttachment& attachment : extraAttachments) {
-      write(folder / fs::path(attachment.fileName).filename(), attachment.text);
+      writePrivateFile(folder / fs::path(attachment.fileName).filename(), attachment.text);
     }
     process.platform().log.write(
         fmt::format("A support request was saved as \"{}\".",

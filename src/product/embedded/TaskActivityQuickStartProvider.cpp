@@ -18,7 +18,8 @@ std::vector<TaskActivityDescriptor> latestKinds(Process& process) {
   if (!database || !database->isOpen()) return {};
   try {
     return TimeEntryTable(database->db()).latestKinds(mostOffered);
-  } catch (const SQLite::Exception&) {
+  } catch (const SQLite::Exception& failure) {
+    database->noteReadFailure(failure);
     return {};
   }
 }

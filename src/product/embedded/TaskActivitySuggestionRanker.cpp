@@ -1,4 +1,5 @@
 #include "platform/Process.h"
+#include "product/DatabaseWrapper.h"
 #include "product/TimeEntries.h"
 #include "product/embedded/TimeEntryTable.h"
 
@@ -22,7 +23,9 @@ std::optional<Project> TaskActivitySuggestionRanker::suggestProjectBasedOnProven
     if (descriptor.provenance) project = table.latestProjectOfProvenance(*descriptor.provenance);
     if (!project && descriptor.title) project = table.latestProjectOfTitle(*descriptor.title);
     return project ? project : conditionalProject(process_);
-  } catch (const SQLite::Exception&) {
+  } catch (const SQLite::Exception& failure) {
+    auto* wrapper = DatabaseWrapper::openSharedInstance(process_);
+    if (wrapper) wrapper->noteReadFailure(failure);
     return std::nullopt;
   }
 }

@@ -4,8 +4,10 @@
 
 #include "platform/Clock.h"
 #include "platform/Process.h"
+#include "product/DatabaseWrapper.h"
 
 namespace kestro {
+
 std::optional<Seconds> trackedTimeToday(Process& process, SQLite::Database& database) {
   const Date now = process.platform().clock.now();
   const Seconds midnight = process.platform().timeZone.midnight(now, 0).time_since_epoch();
@@ -15,7 +17,9 @@ std::optional<Seconds> trackedTimeToday(Process& process, SQLite::Database& data
     statement.bind(1, midnight.count());
     statement.executeStep();
     return Seconds(statement.getColumn(0).getDouble());
-  } catch (const SQLite::Exception&) {
+  } catch (const SQLite::Exception& failure) {
+    auto* wrapper = DatabaseWrapper::openSharedInstance(process);
+    if (wrapper) wrapper->noteReadFailure(failure);
     return std::nullopt;
   }
 }
