@@ -3,10 +3,17 @@
 #include <algorithm>
 
 namespace kestro {
+namespace {
+
+constexpr std::size_t fewestIndexed = 32;
+
+}  // namespace
 
 PropertyListDictionary::PropertyListDictionary() = default;
 PropertyListDictionary::PropertyListDictionary(std::initializer_list<PropertyListMember> members)
-    : members_(members) {}
+    : members_(members) {
+  indexPlaces();
+}
 PropertyListDictionary::PropertyListDictionary(const PropertyListDictionary&) = default;
 PropertyListDictionary::PropertyListDictionary(PropertyListDictionary&&) noexcept = default;
 PropertyListDictionary& PropertyListDictionary::operator=(const PropertyListDictionary&) = default;
@@ -14,22 +21,46 @@ PropertyListDictionary& PropertyListDictionary::operator=(PropertyListDictionary
     default;
 PropertyListDictionary::~PropertyListDictionary() = default;
 
+std::size_t PropertyListDictionary::placeOf(std::string_view key) const {
+  if (members_.size() < fewestIndexed) {
+    const auto found = std::ranges::find(members_, key, &PropertyListMember::key);
+    return static_cast<std::size_t>(found - members_.begin());
+  }
+  const auto found = places_.find(key);
+  return found == places_.end() ? members_.size() : found->second;
+}
+
+void PropertyListDictionary::indexPlaces() {
+  places_.clear();
+  if (members_.size() < fewestIndexed) return;
+  for (std::size_t index = 0; index < members_.size(); ++index)
+    places_.emplace(members_[index].key, index);
+}
+
 const PropertyList* PropertyListDictionary::find(std::string_view key) const {
-  auto found = std::ranges::find(members_, key, &PropertyListMember::key);
-  return found == members_.end() ? nullptr : &found->value;
+  const std::size_t place = placeOf(key);
+  return place == members_.size() ? nullptr : &members_[place].value;
 }
 
 void PropertyListDictionary::set(std::string key, PropertyList value) {
-  auto found = std::ranges::find(members_, key, &PropertyListMember::key);
-  if (found == members_.end()) {
-    members_.push_back({std::move(key), std::move(value)});
-  } else {
-    found->value = std::move(value);
+  const std::size_t place = placeOf(key);
+  if (place < members_.size()) {
+    members_[place].value = std::move(value);
+    return;
+  }
+  members_.push_back({std::move(key), std::move(value)});
+  if (members_.size() == fewestIndexed) {
+    indexPlaces();
+  } else if (members_.size() > fewestIndexed) {
+    places_.emplace(members_.back().key, members_.size() - 1);
   }
 }
 
 void PropertyListDictionary::remove(std::string_view key) {
-  std::erase_if(members_, [&](const PropertyListMember& member) { return member.key == key; });
+  const std::size_t place = placeOf(key);
+  if (place == members_.size()) return;
+  members_.erase(members_.begin() + static_cast<std::ptrdiff_t>(place));
+  indexPlaces();
 }
 
 bool PropertyListDictionary::empty() const {

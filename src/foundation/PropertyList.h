@@ -4,10 +4,12 @@
 
 #include <concepts>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <variant>
 #include <vector>
 
@@ -46,7 +48,17 @@ class PropertyListDictionary {
   bool operator==(const PropertyListDictionary&) const;
 
  private:
+  struct TextHash : std::hash<std::string_view> {
+    using is_transparent = void;
+  };
+
+  // The number of members when there is none of that key.
+  std::size_t placeOf(std::string_view key) const;
+  void indexPlaces();
+
   std::vector<PropertyListMember> members_;
+  // The place of each key in large dictionaries, where a search from the start would take long.
+  std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> places_;
 };
 
 class PropertyList {

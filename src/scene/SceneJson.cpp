@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <unordered_set>
 #include <vector>
 
 namespace kestro {
@@ -57,7 +58,7 @@ class SceneJsonBuilder final : public nlohmann::json_sax<SceneJson> {
   bool end_array() override { return close(); }
 
   bool key(string_t& value) override {
-    if (open_.back()->contains(value)) {
+    if (!seenKeys_.back().insert(value).second) {
       return fail(pointer() + "/" + pointerToken(value), "duplicate key");
     }
     keys_.back() = std::move(value);
@@ -74,6 +75,8 @@ class SceneJsonBuilder final : public nlohmann::json_sax<SceneJson> {
   const std::string& failure() const { return failure_; }
 
  private:
+  using Members = SceneJson::object_t::Container;
+
   bool add(SceneJson value) {
     place(std::move(value));
     return true;
@@ -86,12 +89,14 @@ class SceneJsonBuilder final : public nlohmann::json_sax<SceneJson> {
     SceneJson& placed = place(std::move(container));
     open_.push_back(&placed);
     keys_.emplace_back();
+    seenKeys_.emplace_back();
     return true;
   }
 
   bool close() {
     open_.pop_back();
     keys_.pop_back();
+    seenKeys_.pop_back();
     return true;
   }
 
@@ -99,7 +104,12 @@ class SceneJsonBuilder final : public nlohmann::json_sax<SceneJson> {
   SceneJson& place(SceneJson value) {
     if (open_.empty()) return document_ = std::move(value);
     SceneJson& container = *open_.back();
-    if (container.is_object()) return container[keys_.back()] = std::move(value);
+    if (container.is_object()) {
+      // Appended, without the object's own search for a key that is known to be new: it would look
+      // at every member.
+      auto& members = static_cast<Members&>(container.get_ref<SceneJson::object_t&>());
+      return members.emplace_back(keys_.back(), std::move(value)).second;
+    }
     container.push_back(std::move(value));
     return container.back();
   }
@@ -123,6 +133,7 @@ class SceneJsonBuilder final : public nlohmann::json_sax<SceneJson> {
   SceneJson document_;
   std::vector<SceneJson*> open_;   // from the root inwards
   std::vector<std::string> keys_;  // of each open object, the member that is being read
+  std::vector<std::unordered_set<std::string>> seenKeys_;
   std::string failure_;
 };
 

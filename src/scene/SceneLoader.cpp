@@ -39,7 +39,8 @@ MainBundle loadBundle(const JsonNode& node) {
   if (const auto identifier = node.find("identifier")) bundle.identifier = identifier->text();
   if (const auto path = node.find("path")) {
     bundle.path = path->text();
-    bundle.executablePath = bundle.path + "/Contents/MacOS/KestroHelper";
+    bundle.executablePath =
+        std::filesystem::path(bundle.path) / "Contents" / "MacOS" / "KestroHelper";
   }
   if (const auto executable = node.find("executable")) bundle.executablePath = executable->text();
   if (node.has("build")) bundle.build = loadOptionalText(node, "build");

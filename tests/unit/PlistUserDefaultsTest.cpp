@@ -18,6 +18,53 @@ class CountingLog final : public SystemLog {
   int lines = 0;
 };
 
+// A dictionary with lists in each other; `between` stands before each that is closed.
+std::string nestedXml(int levels, const std::string& between) {
+  std::string text = "<plist><dict><key>k</key>";
+  for (int level = 0; level < levels; ++level)
+    text += "<array>" + between;
+  for (int level = 0; level < levels; ++level)
+    text += "</array>";
+  return text + "</dict></plist>";
+}
+
+std::string bigEndian(std::uint64_t number, int bytes) {
+  std::string text;
+  for (int byte = bytes - 1; byte >= 0; --byte)
+    text += static_cast<char>(number >> (8U * static_cast<unsigned>(byte)));
+  return text;
+}
+
+// A binary property list of these objects; the first is the top one.
+std::string binaryList(const std::vector<std::string>& objects) {
+  std::string text = "bplist00";
+  std::string table;
+  for (const std::string& object : objects) {
+    table += bigEndian(text.size(), 4);
+    text += object;
+  }
+  const std::size_t tablePlace = text.size();
+  return text + table + std::string(6, '\0') + "\4\4" + bigEndian(objects.size(), 8) +
+         bigEndian(0, 8) + bigEndian(tablePlace, 8);
+}
+
+// {"k": a list of the next list, so many times, and so on}.
+std::string binaryLists(std::uint64_t levels, int times) {
+  std::vector<std::string> objects{"\xd1" + bigEndian(1, 4) + bigEndian(2, 4), "\x51k"};
+  for (std::uint64_t level = 0; level < levels; ++level) {
+    std::string list(1, static_cast<char>(0xa0 + (level + 1 < levels ? times : 0)));
+    for (int time = 0; level + 1 < levels && time < times; ++time)
+      list += bigEndian(level + 3, 4);
+    objects.push_back(list);
+  }
+  return binaryList(objects);
+}
+
+std::string binaryInItself() {
+  return binaryList(
+      {"\xd1" + bigEndian(1, 4) + bigEndian(2, 4), "\x51k", "\xa1" + bigEndian(2, 4)});
+}
+
 class PlistUserDefaultsTest : public testing::Test {
  protected:
   PlistUserDefaultsTest() {
@@ -81,29 +128,30 @@ TEST_F(PlistUserDefaultsTest, SeesChangesFromOutside) {
 }
 
 TEST_F(PlistUserDefaultsTest, KeepsAMalformedFileAside) {
-  std::string deep = "<plist><dict><key>k</key>";
-  for (int level = 0; level < 200; ++level)
-    deep += "<array>";
-  for (int level = 0; level < 200; ++level)
-    deep += "</array>";
-  deep += "</dict></plist>";
   PlistUserDefaultsDatabase database(directory_, log_);
   int count = 0;
-  for (const std::string& text : {std::string("not a list"), std::string("<plist><array/></plist>"),
-                                  std::string("<plist><dict><key>a</key>"),
-                                  std::string("bplist00\xff\xff\xff"), std::string(100, '\0')}) {
+  for (const std::string& text :
+       {std::string("not a list"), std::string("<plist><array/></plist>"),
+        std::string("<plist><dict><key>a</key>"), std::string("bplist00\xff\xff\xff"),
+        std::string(100, '\0'), nestedXml(103, ""), nestedXml(200'000, ""),
+        nestedXml(200'000, "<!-- </array> --><![CDATA[</array>]]>"), binaryLists(200'000, 1),
+        binaryLists(60, 2), binaryInItself()}) {
     log_.lines = 0;
     write(text);
-    EXPECT_EQ(database.standard().value("key"), std::nullopt) << text;
+    const std::string name = text.substr(0, 100);
+    EXPECT_EQ(database.standard().value("key"), std::nullopt) << name;
     EXPECT_EQ(database.standard().value("other"), std::nullopt);
-    EXPECT_EQ(log_.lines, 1) << text;
+    EXPECT_EQ(log_.lines, 1) << name;
+    EXPECT_FALSE(fs::exists(file())) << name;
     database.standard().set("key", 1);
     const std::string number = ++count == 1 ? "" : "." + std::to_string(count);
-    EXPECT_EQ(readWholeFile(file().string() + ".malformed" + number), text);
+    EXPECT_TRUE(readWholeFile(file().string() + ".malformed" + number) == text) << name;
     EXPECT_EQ(database.standard().integer("key"), 1);
   }
-  write(deep);
-  database.standard().value("k");  // as much of it as can be read, and no crash
+  for (const std::string& text : {nestedXml(100, ""), binaryLists(100, 1), binaryLists(12, 2)}) {
+    write(text);
+    EXPECT_TRUE(database.standard().value("k")) << text.substr(0, 100);
+  }
 }
 
 TEST_F(PlistUserDefaultsTest, LeavesAFileThatCannotBeReadAsItIs) {

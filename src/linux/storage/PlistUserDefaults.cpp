@@ -62,8 +62,20 @@ void PlistUserDefaults::refresh() const {
     values_ = std::move(*dictionary);
     return;
   }
-  isMalformed_ = true;
-  log_.write(fmt::format("{} is no property list; it counts as empty", path_.filename().string()));
+  setAside();
+}
+
+// At once: whoever writes next, here or elsewhere, must find nothing to overwrite.
+void PlistUserDefaults::setAside() const {
+  const auto aside = unusedPathAside(path_);
+  std::error_code error;
+  std::filesystem::rename(path_, aside, error);
+  isMalformed_ = static_cast<bool>(error);
+  log_.write(
+      fmt::format("{} is no property list, or nested too deeply; it counts as empty and {}",
+                  path_.filename().string(),
+                  error ? "cannot be set aside" : "is kept as " + aside.filename().string()));
+  read_ = stamp();
 }
 
 std::optional<PropertyList> PlistUserDefaults::value(std::string_view key) const {
@@ -87,10 +99,8 @@ void PlistUserDefaults::remove(std::string_view key) {
 
 void PlistUserDefaults::write() {
   makePrivateDirectory(path_.parent_path());
-  std::error_code error;
-  if (isMalformed_) std::filesystem::rename(path_, unusedPathAside(path_), error);
-  isMalformed_ = isMalformed_ && error;
-  if (isUnreadable_ || error || !replaceFile(path_, propertyListAsXml(values_))) {
+  if (isMalformed_) setAside();
+  if (isUnreadable_ || isMalformed_ || !replaceFile(path_, propertyListAsXml(values_))) {
     log_.write(fmt::format("{} cannot be written", path_.filename().string()));
   }
   read_ = stamp();

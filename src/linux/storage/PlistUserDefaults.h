@@ -41,12 +41,13 @@ class PlistUserDefaults final : public UserDefaults {
   Stamp stamp() const;
   void refresh() const;
   void write();
+  void setAside() const;
 
   std::filesystem::path path_;
   SystemLog& log_;
   mutable PropertyListDictionary values_;
   mutable std::optional<Stamp> read_;
-  mutable bool isMalformed_ = false;
+  mutable bool isMalformed_ = false;   // and could not be set aside
   mutable bool isUnreadable_ = false;  // there, but not to be read now; never written over
 };
 

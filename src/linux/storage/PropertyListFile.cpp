@@ -7,10 +7,11 @@
 #include <limits>
 #include <memory>
 
+#include "linux/storage/PropertyListBounds.h"
+
 namespace kestro {
 namespace {
 
-constexpr int deepestNesting = 100;
 constexpr std::size_t largestText = 16 << 20;
 // Property lists count their dates from the first day of 2001.
 constexpr std::chrono::sys_days epoch = std::chrono::year(2001) / 1 / 1;
@@ -50,11 +51,15 @@ Date dateFromNode(plist_t node) {
 
 PropertyListArray arrayFromNode(plist_t node, int depth) {
   PropertyListArray members;
-  for (std::uint32_t index = 0; index < plist_array_get_size(node); ++index) {
-    auto member = listFromNode(plist_array_get_item(node, index), depth + 1);
-    if (member) members.push_back(std::move(*member));
+  void* position = nullptr;
+  plist_array_new_iter(node, &position);
+  const std::unique_ptr<void, CDeleter> positionOwner(position);
+  while (true) {
+    plist_t item = nullptr;
+    plist_array_next_item(node, position, &item);
+    if (!item) return members;
+    if (auto member = listFromNode(item, depth + 1)) members.push_back(std::move(*member));
   }
-  return members;
 }
 
 PropertyListDictionary dictionaryFromNode(plist_t node, int depth) {
@@ -80,7 +85,7 @@ Value scalarFromNode(plist_t node, Getter getter) {
 }
 
 std::optional<PropertyList> listFromNode(plist_t node, int depth) {
-  if (depth > deepestNesting) return std::nullopt;
+  if (depth > deepestPropertyList) return std::nullopt;
   switch (plist_get_node_type(node)) {
     case PLIST_BOOLEAN:
       return PropertyList(scalarFromNode<std::uint8_t>(node, plist_get_bool_val) != 0);
@@ -160,8 +165,10 @@ std::optional<PropertyListDictionary> propertyListFromText(std::string_view text
   const auto length = static_cast<std::uint32_t>(text.size());
   plist_t node = nullptr;
   if (plist_is_binary(text.data(), length)) {
+    if (!isBinaryPropertyListWithinBounds(text)) return std::nullopt;
     plist_from_bin(text.data(), length, &node);
   } else {
+    if (!isXmlPropertyListWithinBounds(text)) return std::nullopt;
     plist_from_xml(text.data(), length, &node);
   }
   const PlistPointer owner(node);
