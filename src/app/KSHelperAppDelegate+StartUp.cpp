@@ -24,6 +24,7 @@ constexpr Seconds shortestTimeBetweenCrashes{86400};
 constexpr double greatestRandom = 2147483647;
 constexpr double usualMaxStatusItemWidth = 200;
 constexpr Seconds periodicRelaunchDelay{60};
+constexpr int interruptedStatus = 1;
 constexpr const char* relaunchIntervalKey = "KSHelperAppDelegate_relaunchInterval";
 
 double numberOf(const UserDefaults& defaults, const char* key) {
@@ -109,6 +110,10 @@ std::optional<int> KSHelperAppDelegate::performLaunch() {
   const Launch launch = launchOf(process_.platform().arguments);
   if (std::holds_alternative<CrashRecoveryLaunch>(launch)) return guardAgainstCrashLoop();
   if (!std::visit(DumpPerformer(process_), launch)) return std::nullopt;
+  if (process_.platform().runLoop.isTerminationPending()) {
+    process_.platform().log.write("Dump interrupted; what it shows is not all there is.");
+    return interruptedStatus;
+  }
   process_.platform().log.write("Dump finished; exiting.");
   return 0;
 }

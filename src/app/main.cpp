@@ -11,6 +11,7 @@
 #include "app/runHelper.h"
 #include "foundation/TimeZone.h"
 #include "linux/LinuxDesktop.h"
+#include "scene/RemovalAtSignal.h"
 #include "scene/SceneDesktop.h"
 #include "transcript/makeTranscriptWriter.h"
 
@@ -102,6 +103,8 @@ class Helper {
     auto options = desktopOptions(scene.start, scene.timeZone);
     const auto desktop =
         makeSceneDesktop(std::move(scene), std::move(options), settings_.sceneSpeed);
+    std::optional<RemovalAtSignal> removal;
+    if (!environment("KESTRO_DATA_DIR")) removal.emplace(desktop->platform().dataDirectory);
     return runHelper(*desktop);
   }
 

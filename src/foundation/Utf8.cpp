@@ -55,4 +55,17 @@ std::string utf8FromLatin1(std::string_view text) {
   return result;
 }
 
+std::string withoutControlCharacters(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    const auto byte = static_cast<unsigned char>(text[index]);
+    const bool isLate = byte == 0xc2 && index + 1 < text.size() &&
+                        static_cast<unsigned char>(text[index + 1]) < 0xa0;
+    if (isLate) ++index;
+    result += isLate || byte < 0x20 || byte == 0x7f ? ' ' : text[index];
+  }
+  return result;
+}
+
 }  // namespace kestro

@@ -35,6 +35,8 @@ class SceneRunLoop final : public RunLoop {
   std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task, TaskOrigin origin) override;
   std::unique_ptr<Timer> scheduleAt(Date date, Task task, TaskOrigin origin) override;
   void sleep(Seconds duration) override;
+  // Requests are scripted events, which wait for the current task.
+  bool isTerminationPending() const override { return false; }
   void setTerminationHandler(Task handler) override { terminationHandler_ = std::move(handler); }
   int run() override;
   void stop(int exitStatus) override { exitStatus_ = exitStatus; }

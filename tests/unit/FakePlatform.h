@@ -56,6 +56,7 @@ class ManualRunLoop final : public RunLoop, public Clock {
   void sleep(Seconds duration) override {
     now_ += std::chrono::round<Date::duration>(std::max(duration, Seconds(0)));
   }
+  bool isTerminationPending() const override { return false; }
   void setTerminationHandler(Task) override {}
   int run() override { return 0; }
   void stop(int) override {}

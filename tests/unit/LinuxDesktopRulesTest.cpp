@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "foundation/CompoundText.h"
 #include "foundation/Utf8.h"
 #include "linux/applications/ApplicationIdentity.h"
 #include "linux/process/BackOff.h"
@@ -174,6 +175,36 @@ TEST(ScreenCoordinates, CountFromTheMainScreen) {
   EXPECT_EQ(accessibilityPoint({1290, 120}, monitors), (Point{10, 20}));
   EXPECT_EQ(rootPoint({10, 20}, monitors), (Point{1290, 120}));
   EXPECT_EQ(screenFrames({}), std::vector<Rect>{});
+}
+
+TEST(CompoundText, readsEveryKindOfSegment) {
+  const struct {
+    std::string_view bytes;
+    std::string_view text;
+  } rows[] = {
+      {"Logs \x1b%G\xe2\x80\x93\x1b%@ x", "Logs – x"},  // as xterm writes it
+      {"Caf\xe9", "Café"},
+      {"\x1b-F\xe1\xe2 b\x1b-L\xd0", "αβ bа"},
+      {"\x1b$(B\x46\x7c\x4b\x5c\x1b(B abc", "日本 abc"},
+      {"\x1b$)C\xc7\xd1\x1b$(A\x56\x50", "한中"},
+      {"\x1b)I\xb1\x1b(J~", "ｱ~"},
+      {"\x1b%/1\x80\x8cISO8859-15\x02\xa4!", "€!"},
+      {"\x9b"
+       "2]ab\x9b]",
+       "ab"},
+      // What is unknown or cut off.
+      {"a\x1b-zb\xe1", "ab\uFFFD"},
+      {"a\x1b", "a"},
+      {"a\x1b%G\xe2\x80", "a\uFFFD"},
+      {"a\x1b%/1\xff", "a\uFFFD"},
+      {"a\x1b%/1\x80\x84none", "a\uFFFD"},
+      {"\x1b$(B\x46", "\uFFFD"},
+  };
+  for (const auto& [bytes, text] : rows)
+    EXPECT_EQ(utf8FromCompoundText(bytes), text) << bytes;
+  EXPECT_EQ(withoutControlCharacters("a\tb\x1b[1m\x7f ü\xc2\x9b"
+                                     "2J\xc2\xa0"),
+            "a b [1m  ü 2J\xc2\xa0");
 }
 
 TEST(Utf8, RefusesWhatIsNone) {

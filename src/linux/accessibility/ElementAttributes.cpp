@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "foundation/Utf8.h"
 #include "linux/accessibility/EmbeddedTexts.h"
 
 namespace kestro {
@@ -199,7 +200,7 @@ AccessibilityResult<AttributeValue> ElementAttributes::title(const AtspiElement&
     return isWindow ? Result(AttributeValue(*name.value)) : Result(AccessibilityError::noValue);
   }
   if (isNamedByDescription(element)) return AccessibilityError::noValue;
-  return AttributeValue(*name.value);
+  return AttributeValue(withoutControlCharacters(*name.value));
 }
 
 AccessibilityResult<AttributeValue> ElementAttributes::description(const AtspiElement& element) {

@@ -201,6 +201,10 @@ void LinuxRunLoop::sleep(Seconds duration) {
   generation_.advance();
 }
 
+bool LinuxRunLoop::isTerminationPending() const {
+  return kestro::isTerminationPending();
+}
+
 void LinuxRunLoop::setTerminationHandler(Task handler) {
   terminationHandler_ = std::move(handler);
 }

@@ -29,6 +29,7 @@ class LinuxRunLoop final : public RunLoop {
   [[nodiscard]] std::unique_ptr<Timer> scheduleAt(Date date, Task task, TaskOrigin origin) override;
   // What is read from the desktop afterwards belongs to a new generation.
   void sleep(Seconds duration) override;
+  bool isTerminationPending() const override;
   void setTerminationHandler(Task handler) override;
   int run() override;
   void stop(int exitStatus) override;

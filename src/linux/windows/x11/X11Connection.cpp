@@ -38,6 +38,7 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(X11Atom::count)>
     "_NET_WM_WINDOW_TYPE_NOTIFICATION",
     "_GTK_APPLICATION_ID",
     "WM_STATE",
+    "COMPOUND_TEXT",
 };
 
 bool isPresent(const xcb_query_extension_reply_t* extension) {

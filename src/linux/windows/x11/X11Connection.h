@@ -38,6 +38,7 @@ enum class X11Atom : std::size_t {
   netWmWindowTypeNotification,
   gtkApplicationId,
   wmState,
+  compoundText,
   count
 };
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "foundation/CompoundText.h"
 #include "foundation/Utf8.h"
 
 namespace kestro {
@@ -82,7 +83,10 @@ class WindowReader {
     const auto netName = property(cookies.netName);
     const auto oldName = property(cookies.name);
     for (const auto* reply : {netName.get(), oldName.get()}) {
-      if (reply && reply->type != XCB_ATOM_NONE) return textOfProperty(reply);
+      if (!reply || reply->type == XCB_ATOM_NONE) continue;
+      const bool isCompound = reply->type == connection_.atom(X11Atom::compoundText);
+      return withoutControlCharacters(isCompound ? utf8FromCompoundText(bytesOfProperty(reply))
+                                                 : textOfProperty(reply));
     }
     return std::nullopt;
   }
@@ -200,10 +204,14 @@ std::vector<std::uint32_t> numbersOfProperty(const xcb_get_property_reply_t* rep
   return {first, first + xcb_get_property_value_length(reply) / 4};
 }
 
-std::string textOfProperty(const xcb_get_property_reply_t* reply) {
+std::string_view bytesOfProperty(const xcb_get_property_reply_t* reply) {
   if (!reply || reply->format != 8) return {};
-  const std::string text(static_cast<const char*>(xcb_get_property_value(reply)),
-                         static_cast<std::size_t>(xcb_get_property_value_length(reply)));
+  return {static_cast<const char*>(xcb_get_property_value(reply)),
+          static_cast<std::size_t>(xcb_get_property_value_length(reply))};
+}
+
+std::string textOfProperty(const xcb_get_property_reply_t* reply) {
+  const std::string text(bytesOfProperty(reply));
   return isValidUtf8(text) ? text : utf8FromLatin1(text);
 }
 
