@@ -5,6 +5,7 @@ import pathlib
 import signal
 import socket
 import subprocess
+import sys
 import time
 import unittest
 
@@ -65,6 +66,12 @@ class EditorTest(MousepadTest):
         press("F11")
         self.helper.wait_for_activity("no full screen again",
                                       lambda sample: not sample["isFullscreen"], after=before)
+
+    def test_title_in_compound_text(self):
+        """An old client gives its title in no encoding that others use."""
+        self.start(processes.xterm("Logs – today"))
+        sample = self.helper.wait_for_title("Logs")
+        self.assertEqual(sample["windowTitle"], "Logs – today")
 
     def test_stopped_application(self):
         editor, _ = self.start_mousepad("stopped.txt")
@@ -144,6 +151,7 @@ class QtTest(LiveTest):
                                       after=hanging[-1]["t"])
 
 
+@unittest.skipUnless(processes.browser_starts(), "chromium does not start here")
 class BrowserTest(LiveTest):
     def setUp(self):
         self.pages = processes.Pages()
@@ -286,5 +294,17 @@ def load_tests(loader, _, __):
     return unittest.TestSuite(loader.loadTestsFromTestCase(case) for case in order)
 
 
+def report(result):
+    """By name, what could not run here; then the numbers."""
+    failed = len(result.failures) + len(result.errors) + len(result.unexpectedSuccesses)
+    for test, reason in result.skipped:
+        print(f"not run here: {test.id().removeprefix('__main__.')}: {reason}")
+    skipped = len(result.skipped)
+    print(f"{result.testsRun - failed - skipped} passed, {failed} failed, {skipped} skipped")
+    return failed == 0 and result.testsRun > 0
+
+
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    processes.end_all_at_exit()
+    program = unittest.main(verbosity=2, exit=False)
+    sys.exit(0 if report(program.result) else 1)

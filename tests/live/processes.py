@@ -1,5 +1,7 @@
 """Starts programs on the private desktop and ends them, each with its whole process group."""
 
+import atexit
+import functools
 import http.server
 import json
 import os
@@ -15,6 +17,8 @@ HERE = pathlib.Path(__file__).parent
 
 
 class Program:
+    living = set()
+
     def __init__(self, *command, environment=None):
         self.process = subprocess.Popen(
             [str(part) for part in command],
@@ -25,6 +29,7 @@ class Program:
             env={**os.environ, **(environment or {})},
         )
         self.pid = self.process.pid
+        Program.living.add(self)
 
     def signal(self, number):
         os.kill(self.pid, number)
@@ -43,12 +48,46 @@ class Program:
             self.process.wait(2)
         except subprocess.TimeoutExpired:
             pass
+        return self.kill()
+
+    def kill(self):
         self.signal_group(signal.SIGKILL)
+        Program.living.discard(self)
         return self.process.wait(5)
+
+
+def end_all_at_exit():
+    """What still runs when the suite ends, by a signal too, is killed: in sessions of their own, the
+    programs would outlive it, and write into folders that are being removed."""
+    def end_all():
+        for program in list(Program.living):
+            program.kill()
+
+    atexit.register(end_all)
+    for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+        signal.signal(number, lambda received, _: sys.exit(128 + received))
 
 
 def mousepad(path):
     return Program("mousepad", "--disable-server", path)
+
+
+def xterm(title):
+    return Program("xterm", "-xrm", "XTerm.vt100.utf8Title: false", "-T", title, "-e", "sleep", "100",
+                   environment={"LC_ALL": "C.UTF-8"})
+
+
+@functools.cache
+def browser_starts():
+    """Whether the browser can start at all: some containers lack what it needs."""
+    with tempfile.TemporaryDirectory(dir=os.environ["HOME"]) as user_data:
+        try:
+            return b"<html>" in subprocess.run(
+                ["chromium", "--headless", "--no-sandbox", "--disable-gpu", "--dump-dom",
+                 f"--user-data-dir={user_data}", "about:blank"],
+                stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=False).stdout
+        except subprocess.TimeoutExpired:
+            return False
 
 
 def qt_application(title):

@@ -5,6 +5,7 @@ import os
 import pathlib
 import plistlib
 import tempfile
+import unittest
 from typing import NamedTuple
 from urllib.parse import quote
 
@@ -89,6 +90,7 @@ def configuration(preferences):
     return directory
 
 
+@unittest.skipUnless(processes.browser_starts(), "chromium does not start here")
 class WebApplicationTest(LiveTest):
     @classmethod
     def setUpClass(cls):
