@@ -22,8 +22,8 @@ std::string converted(std::string_view bytes, const char* encoding) {
   UErrorCode error = U_ZERO_ERROR;
   const std::unique_ptr<UConverter, ConverterDeleter> converter(ucnv_open(encoding, &error));
   if (U_FAILURE(error)) return std::string(replacement);
-  icu::UnicodeString text(bytes.data(), static_cast<std::int32_t>(bytes.size()),
-                                converter.get(), error);
+  icu::UnicodeString text(bytes.data(), static_cast<std::int32_t>(bytes.size()), converter.get(),
+                          error);
   // What some encodings give for half a character.
   text.findAndReplace(icu::UnicodeString(u'\x1a'), icu::UnicodeString(u'\uFFFD'));
   std::string result;

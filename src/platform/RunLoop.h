@@ -52,8 +52,8 @@ class RunLoop {
   // meanwhile happens when the current task has returned.
   virtual void sleep(Seconds duration) = 0;
 
-  // Whether somebody asks the helper to terminate while the current task still runs: a long one gives
-  // up then.
+  // Whether somebody asks the helper to terminate while the current task still runs: a long one
+  // gives up then.
   virtual bool isTerminationPending() const = 0;
   // What to do when the session, a signal or the scene's end asks the helper to terminate. The
   // handler ends the loop with `stop`, now or later; without one the loop ends with status 0.

@@ -163,6 +163,7 @@ class BrowserTest(LiveTest):
         self.helper.wait_for_title("First page")
         run("xdotool", "mousemove", "800", "600", "click", "1")
         self.press_and_expect_address("h", address + "#part")
+        self.press_and_expect_address("n", address + "#nowhere")
         self.press_and_expect_address("p", self.pages.address + "/pushed")
         self.helper.wait_for_title("Pushed page")
         return sample

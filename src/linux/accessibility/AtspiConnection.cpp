@@ -201,6 +201,11 @@ AtspiReply AtspiConnection::call(const MessagePointer& request) {
   return std::move(callTogether({&request, 1}).front());
 }
 
+void AtspiConnection::send(const MessagePointer& request) {
+  if (admit(request) != AccessibilityError::success) return;
+  sd_bus_send(bus_.get(), request.get(), nullptr);
+}
+
 std::vector<AtspiReply> AtspiConnection::callTogether(std::span<const MessagePointer> requests) {
   std::vector<AtspiReply> replies(requests.size());
   for (std::size_t first = 0; first < requests.size(); first += mostUnderWay) {

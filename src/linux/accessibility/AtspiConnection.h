@@ -44,6 +44,8 @@ class AtspiConnection {
   // A request to be filled with arguments; null without a connection.
   MessagePointer request(const AtspiObject& object, const char* interface, const char* member);
   AtspiReply call(const MessagePointer& request);
+  // The same without an answer.
+  void send(const MessagePointer& request);
   // The same for requests that are sent together. Replies are in the requests' order.
   std::vector<AtspiReply> callTogether(std::span<const MessagePointer> requests);
 

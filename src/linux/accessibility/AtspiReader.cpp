@@ -252,15 +252,23 @@ AccessibilityResult<std::vector<AtspiObject>> AtspiReader::selectedChildren(
   return children;
 }
 
-AccessibilityResult<AtspiObject> AtspiReader::childAtPoint(const AtspiObject& object,
-                                                           Point rootPoint) {
+MessagePointer AtspiReader::hitTestRequest(const AtspiObject& object, Point rootPoint) {
   auto request = connection_.request(object, componentInterface, "GetAccessibleAtPoint");
   if (request) {
     sd_bus_message_append(request.get(), "iiu", static_cast<std::int32_t>(std::lround(rootPoint.x)),
                           static_cast<std::int32_t>(std::lround(rootPoint.y)),
                           atspiScreenCoordinates);
   }
-  return objectOf(connection_.call(request));
+  return request;
+}
+
+AccessibilityResult<AtspiObject> AtspiReader::childAtPoint(const AtspiObject& object,
+                                                           Point rootPoint) {
+  return objectOf(connection_.call(hitTestRequest(object, rootPoint)));
+}
+
+void AtspiReader::touch(const AtspiObject& object, Point rootPoint) {
+  connection_.send(hitTestRequest(object, rootPoint));
 }
 
 AccessibilityResult<std::vector<AtspiObject>> AtspiReader::matches(const AtspiObject& object,

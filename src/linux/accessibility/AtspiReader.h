@@ -56,6 +56,8 @@ class AtspiReader {
   AccessibilityResult<std::string> linkAddress(const AtspiObject& object);
   AccessibilityResult<std::vector<AtspiObject>> selectedChildren(const AtspiObject& object);
   AccessibilityResult<AtspiObject> childAtPoint(const AtspiObject& object, Point rootPoint);
+  // A hit test whose answer nobody waits for: one message.
+  void touch(const AtspiObject& object, Point rootPoint);
   // In tree order, `object` itself left out; at most `most`. One request, in which the application
   // looks at all that lies below. Not every toolkit can; those answer with an error.
   AccessibilityResult<std::vector<AtspiObject>> matches(const AtspiObject& object,
@@ -95,6 +97,7 @@ class AtspiReader {
                                  const char* property);
   AtspiReply property(const AtspiObject& object, const char* interface, const char* name);
   AtspiReply call(const AtspiObject& object, const char* interface, const char* member);
+  MessagePointer hitTestRequest(const AtspiObject& object, Point rootPoint);
   template <class Value, class Read>
   void prefetch(const std::vector<AtspiObject>& objects, Kept<Value> Facts::*fact,
                 const std::function<MessagePointer(const AtspiObject&)>& request, Read read);
