@@ -16,7 +16,8 @@ constexpr const char* textInterface = "org.a11y.atspi.Text";
 constexpr const char* selectionInterface = "org.a11y.atspi.Selection";
 
 constexpr int mostListChildren = 250;
-constexpr int mostSelectedChildren = 50;
+// More than any sample can pay for; an application may claim any number.
+constexpr int mostSelectedChildren = SampleBudget::usualRequests;
 // A text of an editor may be a whole book; nothing here looks at more than its beginning.
 constexpr std::int32_t longestText = 16'384;
 

@@ -55,13 +55,9 @@ AtspiQuestion questionFor(const Conditions& conditions) {
   return question;
 }
 
-bool AtspiSearch::Progress::has(const UIElement& element) const {
-  return std::ranges::find(found, element) != found.end();
-}
-
 AccessibilityResult<std::vector<UIElement>> AtspiSearch::find(const AtspiElement& root,
                                                               const ElementSearch& search) {
-  Progress progress{search, root.process(), questionFor(search.conditions), {}};
+  Progress progress{search, root.process(), questionFor(search.conditions), {}, {}};
   examine(makeElement(root.kind(), root.process(), root.object()), progress);
   if (search.maxDepth < 1 || progress.isOver()) return progress.found;
 
@@ -86,7 +82,10 @@ AccessibilityResult<std::vector<UIElement>> AtspiSearch::find(const AtspiElement
 
 void AtspiSearch::examine(const UIElement& element, Progress& progress) {
   if (progress.isOver()) return;
-  if (meets(atspiElementOf(element), progress.search.conditions)) progress.found.push_back(element);
+  const AtspiElement& known = atspiElementOf(element);
+  if (!meets(known, progress.search.conditions)) return;
+  progress.found.push_back(element);
+  if (known.kind() == Kind::object) progress.foundObjects.insert(known.object());
 }
 
 AccessibilityError AtspiSearch::searchPage(const AtspiObject& page, std::int64_t levels,
@@ -129,8 +128,8 @@ void AtspiSearch::judge(const std::vector<AtspiObject>& candidates, const AtspiO
     if (progress.isOver()) return;
     const AtspiElement element(Kind::object, progress.process, candidate);
     if (!meets(element, progress.question.unjudged) || !isWithin(candidate, top, levels)) continue;
-    auto handle = makeObjectElement(progress.process, candidate);
-    if (!progress.has(handle)) progress.found.push_back(std::move(handle));
+    if (!progress.foundObjects.insert(candidate).second) continue;
+    progress.found.push_back(makeObjectElement(progress.process, candidate));
   }
 }
 

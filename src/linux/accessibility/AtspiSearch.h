@@ -7,6 +7,7 @@
 // of the first 1,000 candidates are read.
 #pragma once
 
+#include <set>
 #include <vector>
 
 #include "linux/accessibility/ElementAttributes.h"
@@ -37,9 +38,9 @@ class AtspiSearch {
     ProcessIdentifier process;
     AtspiQuestion question;
     std::vector<UIElement> found;
+    std::set<AtspiObject> foundObjects;  // one can be reached in several ways
 
     bool isOver() const { return found.size() >= search.mostFound; }
-    bool has(const UIElement& element) const;
   };
 
   void examine(const UIElement& element, Progress& progress);
