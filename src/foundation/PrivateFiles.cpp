@@ -18,18 +18,19 @@ namespace fs = std::filesystem;
   throw fs::filesystem_error(what, path, std::error_code(errno, std::generic_category()));
 }
 
-void makeMissingFolders(const fs::path& folder) {
+}  // namespace
+
+void makePrivateFolder(const fs::path& folder) {
   if (folder.empty() || fs::exists(folder)) return;
-  makeMissingFolders(folder.parent_path());
+  makePrivateFolder(folder.parent_path());
   if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) fail("cannot make", folder);
 }
 
-}  // namespace
-
-bool makePrivateFolder(const fs::path& folder) {
-  makeMissingFolders(folder);
+bool closeFolder(const fs::path& folder) {
   constexpr auto ofOthers = fs::perms::group_all | fs::perms::others_all;
-  if ((fs::status(folder).permissions() & ofOthers) == fs::perms::none) return true;
+  const fs::perms now = fs::status(folder).permissions();
+  if ((now & ofOthers) == fs::perms::none) return true;
+  if ((now & fs::perms::sticky_bit) != fs::perms::none) return false;
   std::error_code error;
   fs::permissions(folder, fs::perms::owner_all, error);
   return !error;

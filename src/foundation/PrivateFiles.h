@@ -17,8 +17,11 @@ struct FileIdentity {
 };
 
 // Makes the folder and those above it that are missing, all for their owner alone. One that is
-// there is closed to others if it is the user's; false when it is open and cannot be closed.
-bool makePrivateFolder(const std::filesystem::path& folder);
+// there stays as it is.
+void makePrivateFolder(const std::filesystem::path& folder);
+// Closes a folder of the user's own to others. False when it stays open: it is somebody else's, or
+// one that everybody shares (/tmp).
+bool closeFolder(const std::filesystem::path& folder);
 // A new, empty file.
 void createPrivateFile(const std::filesystem::path& file);
 void writePrivateFile(const std::filesystem::path& file, const std::string& text);

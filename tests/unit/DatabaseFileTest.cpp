@@ -119,6 +119,7 @@ TEST_F(DatabaseFileTest, goesOnWhenItsFileIsTakenAway) {
   for (const auto& [name, act, logged] : cases) {
     fs::remove_all(folder);
     fs::create_directory(folder);
+    fs::permissions(folder, fs::perms::owner_all);
     restart();
     fake.log.lines.clear();
     write({0, "a"});

@@ -97,7 +97,8 @@ std::vector<fs::path> applicationDirectories() {
 
 bool makePrivateDirectory(const fs::path& directory) {
   try {
-    return makePrivateFolder(directory);
+    makePrivateFolder(directory);
+    return closeFolder(directory);
   } catch (const fs::filesystem_error&) {
     return false;
   }

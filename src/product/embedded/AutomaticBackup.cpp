@@ -41,6 +41,7 @@ void removeUnfinished(const fs::path& folder) {
 
 fs::path emptyFile(const fs::path& folder, const fs::path& path) {
   makePrivateFolder(folder);
+  closeFolder(folder);
   removeUnfinished(folder);
   fs::remove(path);
   createPrivateFile(path);

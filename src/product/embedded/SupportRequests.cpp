@@ -25,8 +25,8 @@ fs::path makeFolder(const Process& process) {
   fs::path folder = parent / name;
   for (int copy = 2; fs::exists(folder); ++copy)
     folder = parent / fmt::format("{}-{}", name, copy);
-  makePrivateFolder(parent);
   makePrivateFolder(folder);
+  closeFolder(parent);
   return folder;
 }
 
