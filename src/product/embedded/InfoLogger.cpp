@@ -93,6 +93,7 @@ struct InfoLogger::State {
   void updatePausedSampling();
   void requestRelaunch(const PropertyListDictionary& request) const;
   bool startAnnouncedFlush();
+  void keepPrivate(Activity& activity);
   std::optional<Activity> currentActivity();
   template <class Step>
   void guarded(std::string_view name, Step step);
@@ -104,7 +105,8 @@ struct InfoLogger::State {
   InfoLoggerExtractor* extractor = nullptr;
   InfoLoggerCallDetector* callDetector = nullptr;
   bool hasReportedFailure = false;
-  std::unique_ptr<Timer> timer;        // null while tracking is off
+  std::optional<ProcessIdentifier> privateApplication;  // whose window was private when last read
+  std::unique_ptr<Timer> timer;                         // null while tracking is off
   std::unique_ptr<Timer> pausedTimer;  // while tracking is off and calls are detected all the same
   std::shared_ptr<bool> firstSample;   // gone when the first sample is no longer wanted
   std::unique_ptr<Timer> flushTimer;   // until an announced flush is done
@@ -153,12 +155,25 @@ void InfoLogger::State::sample() {
   auto activity = currentActivity();
   if (activity) {
     guarded("the application's extractor", [&] { extractor->callInfoExtractorFor(*activity); });
+    keepPrivate(*activity);
     if (callDetector) {
       guarded("the call detector", [&] { callDetector->updateCallStatusForActivity(*activity); });
     }
   }
   record(activity, meter.end());
   if (timer) store(time, activity);
+}
+
+// While an application rests from being read, only its window's title is known, which need not say
+// that the window is private: it counts as what it was.
+void InfoLogger::State::keepPrivate(Activity& activity) {
+  const ProcessIdentifier application = activity.applicationProcessIdentifier();
+  if (!process.platform().accessibility.isResting(application)) {
+    privateApplication.reset();
+    if (activity.details.isPrivateBrowsing) privateApplication = application;
+  } else if (privateApplication == application) {
+    activity.details.isPrivateBrowsing = true;
+  }
 }
 
 std::optional<Activity> InfoLogger::State::currentActivity() {
