@@ -63,9 +63,16 @@ def end_all_at_exit():
         for program in list(Program.living):
             program.kill()
 
+    numbers = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
+
+    def leave(received, _):
+        for number in numbers:  # one Ctrl-C arrives more than once
+            signal.signal(number, signal.SIG_IGN)
+        sys.exit(128 + received)
+
     atexit.register(end_all)
-    for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
-        signal.signal(number, lambda received, _: sys.exit(128 + received))
+    for number in numbers:
+        signal.signal(number, leave)
 
 
 def mousepad(path):
