@@ -3,6 +3,7 @@
 .DEFAULT_GOAL := help
 SCENE ?= scenes/demo-day.json
 JOBS := $(shell nproc)
+PRESET ?= release
 
 .PHONY: help programs run run-json live test live-test lint bench sanitize fuzz clean
 
@@ -10,7 +11,7 @@ help:
 	@echo "make run        play the demo day: a line for every change, and a summary"
 	@echo "make run-json   the same day as JSON lines (docs/scenes.md)"
 	@echo "make live       run on this desktop, a line for every change; Ctrl-C ends it"
-	@echo "make test       all tests that need no display"
+	@echo "make test       all tests that need no display (PRESET=debug: without optimisation)"
 	@echo "make live-test  real applications on a private headless desktop"
 	@echo "make lint       formatting and static checks"
 	@echo "make sanitize   the tests with the address and undefined-behaviour sanitizers"
@@ -34,9 +35,9 @@ live: programs
 
 test:
 	@scripts/setup build test
-	@cmake --preset release >/dev/null
-	@cmake --build --preset release --target tests
-	@ctest --preset release -j$(JOBS)
+	@cmake --preset $(PRESET) >/dev/null
+	@cmake --build --preset $(PRESET) --target tests
+	@ctest --preset $(PRESET) -j$(JOBS)
 
 live-test: programs
 	@scripts/setup live
