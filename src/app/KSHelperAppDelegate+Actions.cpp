@@ -3,6 +3,7 @@
 
 #include "app/KSHelperAppDelegate.h"
 #include "platform/Clock.h"
+#include "platform/ControlService.h"
 #include "platform/Transcript.h"
 #include "platform/Workspace.h"
 
@@ -76,6 +77,7 @@ void KSHelperAppDelegate::startResumeTimer(Seconds duration) {
 }
 
 void KSHelperAppDelegate::recordTracking() const {
+  process_.platform().controlService.statusMayHaveChanged();
   Transcript& transcript = process_.platform().transcript;
   if (isTerminating_ || !transcript.isActive()) return;
   PropertyListDictionary fields{{"on", process_.shared<InfoLogger>().shouldTrack()}};

@@ -17,10 +17,10 @@ bool KSHelperAppDelegate::isFlagSet(const char* defaultsKey) const {
   return process_.platform().defaults.standard().boolean(defaultsKey).value_or(false);
 }
 
-void KSHelperAppDelegate::askToLaunchAtLogin() {
-  if (KSStartupManager::shouldStartAtLogin(process_)) return;
-  if (!MainAppPreferences::sharedInstance(process_).onboardingHasCompleted()) return;
-  if (isFlagSet(dontAskToLaunchAtLogin)) return;
+void KSHelperAppDelegate::askToLaunchAtLogin(const RunLoop::Task& then) {
+  if (KSStartupManager::shouldStartAtLogin(process_)) return then();
+  if (!MainAppPreferences::sharedInstance(process_).onboardingHasCompleted()) return then();
+  if (isFlagSet(dontAskToLaunchAtLogin)) return then();
   const Alert alert{
       localizedString(
           process_, "Would you like to have the Kestro tracker app launch automatically at login?"),
@@ -29,15 +29,16 @@ void KSHelperAppDelegate::askToLaunchAtLogin() {
       {localizedString(process_, "Launch at Login"),
        localizedString(process_, "Don't start automatically")},
       true};
-  if (isFirstButtonChosen(alert, dontAskToLaunchAtLogin)) {
-    KSStartupManager::setShouldStartAtLogin(process_, true);
-  }
+  ask(alert, dontAskToLaunchAtLogin, [this, then](bool isFirstButton) {
+    if (isFirstButton) KSStartupManager::setShouldStartAtLogin(process_, true);
+    then();
+  });
 }
 
-void KSHelperAppDelegate::askForAccessibility() {
-  if (KSHelper::accessibilityAvailable(process_)) return;
-  if (!MainAppPreferences::sharedInstance(process_).onboardingHasCompleted()) return;
-  if (isFlagSet(dontNotifyAboutDisabledAccessibility)) return;
+void KSHelperAppDelegate::askForAccessibility(const RunLoop::Task& then) {
+  if (KSHelper::accessibilityAvailable(process_)) return then();
+  if (!MainAppPreferences::sharedInstance(process_).onboardingHasCompleted()) return then();
+  if (isFlagSet(dontNotifyAboutDisabledAccessibility)) return then();
   const Alert alert{
       localizedString(process_,
                       "To track your work, Kestro needs permission to use your Mac’s "
@@ -48,18 +49,22 @@ void KSHelperAppDelegate::askForAccessibility() {
       {localizedString(process_, "Open System Settings"),
        localizedString(process_, "Continue Anyway")},
       true};
-  if (isFirstButtonChosen(alert, dontNotifyAboutDisabledAccessibility)) {
-    KSHelper::openAccessibilityPreferencePane(process_);
-  }
+  ask(alert, dontNotifyAboutDisabledAccessibility, [this, then](bool isFirstButton) {
+    if (isFirstButton) KSHelper::openAccessibilityPreferencePane(process_);
+    then();
+  });
 }
 
 // A checked box is kept under the key, whatever the button.
-bool KSHelperAppDelegate::isFirstButtonChosen(const Alert& alert, const char* suppressionKey) {
-  const AlertAnswer answer = process_.platform().alerts.runModal(alert);
-  if (answer.suppressionIsChecked) {
-    process_.platform().defaults.standard().set(suppressionKey, true);
-  }
-  return answer.button == 0;
+void KSHelperAppDelegate::ask(const Alert& alert, const char* suppressionKey,
+                              const std::function<void(bool isFirstButton)>& then) {
+  process_.platform().alerts.present(
+      alert, [this, suppressionKey, then](const AlertAnswer& answer) {
+        if (answer.suppressionIsChecked) {
+          process_.platform().defaults.standard().set(suppressionKey, true);
+        }
+        then(answer.button == 0);
+      });
 }
 
 }  // namespace kestro

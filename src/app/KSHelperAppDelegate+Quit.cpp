@@ -27,13 +27,19 @@ Alert quitAlert(Process& process) {
 }  // namespace
 
 void KSHelperAppDelegate::askToQuit() {
-  if (!isFlagSet(quitWithoutAskingKey)) {
-    const AlertAnswer answer = process_.platform().alerts.runModal(quitAlert(process_));
+  if (isFlagSet(quitWithoutAskingKey)) return quit();
+  Alerts& alerts = process_.platform().alerts;
+  if (std::exchange(isAskingToQuit_, true)) return alerts.bringToFront();
+  alerts.present(quitAlert(process_), [this](const AlertAnswer& answer) {
+    isAskingToQuit_ = false;
     if (answer.suppressionIsChecked) {
       process_.platform().defaults.standard().set(quitWithoutAskingKey, true);
     }
-    if (answer.button == 0) return;
-  }
+    if (answer.button != 0) quit();
+  });
+}
+
+void KSHelperAppDelegate::quit() {
   logQuitEvent();
   terminate();
 }

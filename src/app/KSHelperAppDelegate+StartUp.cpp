@@ -8,6 +8,7 @@
 #include "calls/PowerManagementDumper.h"
 #include "calls/RunningCallDetector.h"
 #include "platform/Clock.h"
+#include "platform/ControlService.h"
 #include "platform/SystemLog.h"
 #include "platform/UserDefaults.h"
 
@@ -67,7 +68,7 @@ class DumpPerformer {
 
 }  // namespace
 
-std::optional<int> KSHelperAppDelegate::awakeFromNib() {
+std::optional<int> KSHelperAppDelegate::awakeFromNib(RunLoop::Task didFinishLaunching) {
   MainAppPreferences::sharedInstance(process_);
   HelperPreferences::sharedInstance(process_);
   HelperHelper::activateLogging(process_);
@@ -75,8 +76,17 @@ std::optional<int> KSHelperAppDelegate::awakeFromNib() {
   HelperHelper::applyForcedAppearance(process_);
   if (const auto exitStatus = performLaunch()) return exitStatus;
   currentAppBuild_ = process_.platform().mainBundle.build;
-  askToLaunchAtLogin();
-  askForAccessibility();
+  // The user may take as long as they like over the questions; tracking starts after them.
+  askToLaunchAtLogin([this, then = std::move(didFinishLaunching)] {
+    askForAccessibility([this, then] {
+      finishLaunching();
+      then();
+    });
+  });
+  return std::nullopt;
+}
+
+void KSHelperAppDelegate::finishLaunching() {
   createStatusItem();
   observations_.push_back(process_.platform().notificationCenter.observe(
       sessionNotification::activeSpaceDidChange, [this](const auto&) {
@@ -103,7 +113,6 @@ std::optional<int> KSHelperAppDelegate::awakeFromNib() {
   schedulePeriodicRelaunch();
   HelperHelper::activateRetentionHeartbeat(process_);
   process_.platform().runLoop.setTerminationHandler([this] { terminate(); });
-  return std::nullopt;
 }
 
 std::optional<int> KSHelperAppDelegate::performLaunch() {
@@ -161,6 +170,9 @@ void KSHelperAppDelegate::watchExecutable() {
 
 void KSHelperAppDelegate::observeTimerRequests() {
   NotificationCenter& center = process_.platform().notificationCenter;
+  observations_.push_back(center.observe(
+      productNotification::runningCallsDidChange,
+      [this](const auto&) { process_.platform().controlService.statusMayHaveChanged(); }));
   observations_.push_back(center.observe(OngoingTaskActivityManager::startTaskRequestedNotification,
                                          [this](const auto&) { startTask(); }));
   observations_.push_back(center.observe(HelperHelper::fullStateReloadNotification,

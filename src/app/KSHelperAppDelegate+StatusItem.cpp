@@ -1,6 +1,7 @@
 // The status item's look, and the global shortcut for the timer.
 #include "app/KSHelperAppDelegate.h"
 #include "platform/Clock.h"
+#include "platform/ControlService.h"
 #include "platform/UserDefaults.h"
 
 namespace kestro {
@@ -16,6 +17,7 @@ void KSHelperAppDelegate::updateStatusItemProperties() {
       *statusItem_, statusMenu_.itemWithIdentifier("productivityScore"),
       statusMenu_.itemWithIdentifier("taskStatus"));
   updateStatusItemVisibility();
+  process_.platform().controlService.statusMayHaveChanged();
 }
 
 void KSHelperAppDelegate::updateStatusItemTransparency() {

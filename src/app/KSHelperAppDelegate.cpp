@@ -22,6 +22,7 @@ KSHelperAppDelegate::~KSHelperAppDelegate() {
   process_.platform().runLoop.setTerminationHandler(nullptr);
   process_.platform().appleEvents.setGetURLHandler(nullptr);
   process_.platform().appleEvents.setCommandHandler(nullptr);
+  process_.platform().controlService.setDelegate(nullptr);
 }
 
 void KSHelperAppDelegate::applicationDidFinishLaunching() {
@@ -32,6 +33,7 @@ void KSHelperAppDelegate::applicationDidFinishLaunching() {
       [this](const std::string& implementingClass, const PropertyListDictionary& arguments) {
         performScriptingCommand(*this, implementingClass, arguments);
       });
+  process_.platform().controlService.setDelegate(this);
 }
 
 std::optional<Activity> KSHelperAppDelegate::getCurrentActivity() {

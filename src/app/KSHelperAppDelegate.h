@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "fsevents/SCEvents.h"
+#include "platform/ControlService.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Process.h"
 #include "platform/RunLoop.h"
@@ -26,6 +27,7 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
                                   public InfoLoggerExtractor,
                                   public StatusItemPresenter,
                                   public StatusItemDelegate,
+                                  public ControlDelegate,
                                   public SCEventListenerProtocol {
  public:
   explicit KSHelperAppDelegate(Process& process);
@@ -33,9 +35,10 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
   KSHelperAppDelegate(const KSHelperAppDelegate&) = delete;
   KSHelperAppDelegate& operator=(const KSHelperAppDelegate&) = delete;
 
-  // The start-up sequence. Returns with tracking switched on, or with the exit status when the
-  // process is to end at once: after a diagnostic dump, or when it keeps crashing.
-  std::optional<int> awakeFromNib();
+  // The start-up sequence, which ends with tracking switched on, after the questions of a first
+  // start; the task is called then, perhaps before the return. Returns the exit status when the
+  // process is to end at once instead: after a diagnostic dump, or when it keeps crashing.
+  std::optional<int> awakeFromNib(RunLoop::Task didFinishLaunching);
   void applicationDidFinishLaunching();
 
   // For the tracking loop.
@@ -57,6 +60,12 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
   const Menu& validatedMenu() override;
   void perform(const std::string& action, std::int64_t tag) override;
 
+  // For other programs.
+  ControlStatus controlStatus() override;
+  Seconds trackedTimeToday() override;
+  ControlOutcome startTimer(const std::string& title, const std::string& project) override;
+  ControlOutcome stopTimer() override;
+
   // Ignored once the helper is ending.
   void resumeTracking();
   // Without end unless the time is positive. Ignored once the helper is ending.
@@ -67,6 +76,7 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
  private:
   // +StartUp.cpp
   std::optional<int> performLaunch();
+  void finishLaunching();
   std::optional<int> guardAgainstCrashLoop();
   void createStatusItem();
   void wireTrackingLoop();
@@ -81,9 +91,10 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
 
   // +Prompts.cpp
   bool isFlagSet(const char* defaultsKey) const;
-  void askToLaunchAtLogin();
-  void askForAccessibility();
-  bool isFirstButtonChosen(const Alert& alert, const char* suppressionKey);
+  void askToLaunchAtLogin(const RunLoop::Task& then);
+  void askForAccessibility(const RunLoop::Task& then);
+  void ask(const Alert& alert, const char* suppressionKey,
+           const std::function<void(bool isFirstButton)>& then);
 
   // +StatusItem.cpp
   void effectiveAppearanceChanged();
@@ -137,6 +148,7 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
   // +Quit.cpp
   enum class TerminateReply { now, later };
   void askToQuit();
+  void quit();
   void logQuitEvent();
   void terminate();
   TerminateReply applicationShouldTerminate();
@@ -168,6 +180,7 @@ class KSHelperAppDelegate final : public InfoLoggerPresenter,
   std::map<std::uint64_t, std::unique_ptr<Timer>> oneShotTimers_;
   std::uint64_t lastOneShotTimer_ = 0;
   std::vector<NotificationCenter::Observation> observations_;
+  bool isAskingToQuit_ = false;
   bool isTerminating_ = false;
   bool isTerminated_ = false;
   std::unique_ptr<Timer> terminationReply_;

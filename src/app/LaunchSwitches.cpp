@@ -25,4 +25,9 @@ Launch launchOf(const std::vector<std::string>& arguments) {
   return NormalLaunch{};
 }
 
+bool isDump(const Launch& launch) {
+  return !std::holds_alternative<NormalLaunch>(launch) &&
+         !std::holds_alternative<CrashRecoveryLaunch>(launch);
+}
+
 }  // namespace kestro

@@ -26,4 +26,7 @@ using Launch = std::variant<NormalLaunch, CrashRecoveryLaunch, AssertionDumpLaun
 // counts as none.
 Launch launchOf(const std::vector<std::string>& arguments);
 
+// Whether the process only looks and ends.
+bool isDump(const Launch& launch);
+
 }  // namespace kestro

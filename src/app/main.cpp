@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iostream>
 
+#include "app/LaunchSwitches.h"
 #include "app/runHelper.h"
 #include "foundation/TimeZone.h"
 #include "linux/LinuxDesktop.h"
@@ -19,6 +20,7 @@ namespace kestro {
 namespace {
 
 constexpr int usageError = 2;
+constexpr int alreadyRunningStatus = 3;
 constexpr double slowestScene = 0.001;  // a second of a scene in a quarter of an hour
 
 std::optional<std::string> environment(const char* name) {
@@ -109,8 +111,13 @@ class Helper {
   }
 
   int runLive() {
-    const auto desktop =
-        makeLinuxDesktop(desktopOptions(std::chrono::system_clock::now(), TimeZone::local()));
+    auto options = desktopOptions(std::chrono::system_clock::now(), TimeZone::local());
+    options.servesSession = !isDump(launchOf(arguments_));
+    const auto desktop = makeLinuxDesktop(std::move(options));
+    if (!desktop) {
+      std::cerr << "KestroHelper: another helper is running in this session" << std::endl;
+      return alreadyRunningStatus;
+    }
     return runHelper(*desktop);
   }
 

@@ -32,8 +32,9 @@ PropertyListDictionary fieldsOf(const InfoLoggerAccessibilityStatsProvider& stat
 
 int runUntilExit(Process& process) {
   KSHelperAppDelegate delegate(process);
-  if (const auto exitStatus = delegate.awakeFromNib()) return *exitStatus;
-  delegate.applicationDidFinishLaunching();
+  const auto exitStatus =
+      delegate.awakeFromNib([&delegate] { delegate.applicationDidFinishLaunching(); });
+  if (exitStatus) return *exitStatus;
   return process.platform().runLoop.run();
 }
 

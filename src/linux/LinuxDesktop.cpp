@@ -17,14 +17,21 @@
 #include "linux/process/RelaunchShell.h"
 #include "linux/process/StandardErrorLog.h"
 #include "linux/process/SystemClock.h"
+#include "linux/session/SessionBus.h"
+#include "linux/shell/DesktopAppearance.h"
+#include "linux/shell/LinuxAlerts.h"
+#include "linux/shell/LinuxLoginItems.h"
+#include "linux/shell/LinuxScripting.h"
+#include "linux/shell/LinuxStatusBar.h"
 #include "linux/shell/LinuxTimeEntryEditors.h"
 #include "linux/shell/LinuxUserNotifications.h"
-#include "linux/shell/MissingParts.h"
 #include "linux/storage/LinuxDirectories.h"
 #include "linux/storage/LinuxFileEvents.h"
 #include "linux/storage/LinuxFiles.h"
 #include "linux/storage/PlistUserDefaults.h"
+#include "linux/windows/x11/X11Shortcuts.h"
 #include "linux/windows/x11/X11WindowServer.h"
+#include "platform/LocalizedStrings.h"
 #include "platform/NotificationCenter.h"
 #include "transcript/PrintedLines.h"
 #include "transcript/TimedTranscript.h"
@@ -32,9 +39,50 @@
 namespace kestro {
 namespace {
 
+// The menu has images since this version of the system designed for; desktops here show them, too.
+constexpr int versionWithMenuImages = 26;
+
+std::filesystem::path programDirectory() {
+  return std::filesystem::path(executablePath(getpid()).value_or("")).parent_path();
+}
+
+// A program that the helper starts: installed under libexec, or beside the helper in a build.
+std::string programPath(const char* name) {
+  const auto installed = programDirectory() / "../libexec/kestro" / name;
+  std::error_code error;
+  const bool isInstalled = std::filesystem::exists(installed, error);
+  return (isInstalled ? installed : programDirectory() / name).lexically_normal().string();
+}
+
+// In a build the icons lie beside the programs; installed ones are the icon theme's.
+std::string iconDirectory() {
+  const auto icons = programDirectory() / "../share/icons";
+  std::error_code error;
+  const bool isThere = std::filesystem::exists(icons / "hicolor", error);
+  const bool isSearched = icons.lexically_normal() == "/usr/share/icons" ||
+                          icons.lexically_normal() == "/usr/local/share/icons";
+  return isThere && !isSearched ? icons.lexically_normal().string() : "";
+}
+
+std::filesystem::path autostartFile() {
+  return configurationDirectory().parent_path() / "autostart" /
+         (std::string(KESTRO_BUNDLE_IDENTIFIER) + ".desktop");
+}
+
+// What the helper needs to find out whether it is the only one.
+struct Session {
+  Session() : runLoop(generation, log), bus(runLoop, log), scripting(bus, runLoop, log) {}
+
+  StandardErrorLog log;
+  SampleGeneration generation;
+  LinuxRunLoop runLoop;
+  SessionBus bus;
+  LinuxScripting scripting;
+};
+
 class LinuxDesktop final : public Desktop {
  public:
-  explicit LinuxDesktop(DesktopOptions options);
+  LinuxDesktop(std::unique_ptr<Session> session, DesktopOptions options);
 
   Platform& platform() override { return platform_; }
   // A process of the live desktop has one life: a relaunch is a new process.
@@ -46,10 +94,12 @@ class LinuxDesktop final : public Desktop {
   static RelaunchCommands relaunchCommands();
   std::filesystem::path makeDataDirectory(const DesktopOptions& options);
 
-  StandardErrorLog log_;
+  std::unique_ptr<Session> session_;
+  StandardErrorLog& log_;
+  SampleGeneration& generation_;
+  LinuxRunLoop& runLoop_;
   SystemClock clock_;
-  SampleGeneration generation_;
-  LinuxRunLoop runLoop_;
+  std::filesystem::path dataDirectory_;
   X11Desktop x11_;
   std::vector<std::string> languages_;
   DesktopEntries desktopEntries_;
@@ -62,11 +112,12 @@ class LinuxDesktop final : public Desktop {
   LinuxFiles files_;
   LinuxFileEvents fileEvents_;
   LinuxPowerManagement powerManagement_;
-  MissingAlerts alerts_;
-  MissingStatusBar statusBar_;
-  MissingGlobalShortcuts globalShortcuts_;
-  MissingAppleEvents appleEvents_;
-  MissingLoginItems loginItems_;
+  DesktopAppearance appearance_;
+  DialogSettings dialogs_;
+  LinuxAlerts alerts_;
+  LinuxStatusBar statusBar_;
+  X11Shortcuts globalShortcuts_;
+  LinuxLoginItems loginItems_;
   NotificationCenter notificationCenter_;
   LinuxUserNotifications userNotifications_;
   LinuxTimeEntryEditors timeEntryEditors_;
@@ -77,8 +128,12 @@ class LinuxDesktop final : public Desktop {
   Platform platform_;
 };
 
-LinuxDesktop::LinuxDesktop(DesktopOptions options)
-    : runLoop_(generation_, log_),
+LinuxDesktop::LinuxDesktop(std::unique_ptr<Session> session, DesktopOptions options)
+    : session_(std::move(session)),
+      log_(session_->log),
+      generation_(session_->generation),
+      runLoop_(session_->runLoop),
+      dataDirectory_(makeDataDirectory(options)),
       x11_(generation_, log_),
       languages_(preferredLanguages(localeVariablesOfEnvironment())),
       desktopEntries_(applicationDirectories(), languages_),
@@ -87,8 +142,15 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
       windowServer_(x11_),
       accessibility_(x11_, identity_, generation_, log_),
       defaults_(configurationDirectory(), log_),
-      userNotifications_(runLoop_),
-      timeEntryEditors_(runLoop_),
+      appearance_(session_->bus),
+      dialogs_{runLoop_, log_, appearance_, programPath("KestroDialogs"),
+               std::string(languageOfTexts(languages_))},
+      alerts_(dialogs_),
+      statusBar_(session_->bus, runLoop_, appearance_, iconDirectory()),
+      globalShortcuts_(runLoop_, log_),
+      loginItems_(autostartFile(), mainBundle().executablePath, log_),
+      userNotifications_(session_->bus, runLoop_, log_, dataDirectory_ / "Notifications.plist"),
+      timeEntryEditors_(dialogs_),
       transcript_(clock_, clock_.now(), std::move(options.transcriptWriter)),
       standardOutput_(options.standardOutput, transcript_),
       platform_{.accessibility = accessibility_,
@@ -102,7 +164,8 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
                 .alerts = alerts_,
                 .statusBar = statusBar_,
                 .globalShortcuts = globalShortcuts_,
-                .appleEvents = appleEvents_,
+                .appleEvents = session_->scripting,
+                .controlService = session_->scripting,
                 .loginItems = loginItems_,
                 .notificationCenter = notificationCenter_,
                 .userNotifications = userNotifications_,
@@ -116,15 +179,13 @@ LinuxDesktop::LinuxDesktop(DesktopOptions options)
                 .relaunchCommands = relaunchCommands(),
                 .processIdentifier = getpid(),
                 .operatingSystemVersion = operatingSystemVersion(),
-                .operatingSystemMajorVersion = 0,
+                .operatingSystemMajorVersion = versionWithMenuImages,
                 .timeZone = TimeZone::local(),
                 .random = [this] { return randomNumber(); },
                 .arguments = options.arguments,
                 .preferredLanguages = languages_,
-                .dataDirectory = makeDataDirectory(options),
-                .productConditions = productConditions_} {
-  log_.write(missingPartsMessage);
-}
+                .dataDirectory = dataDirectory_,
+                .productConditions = productConditions_} {}
 
 std::int64_t LinuxDesktop::randomNumber() {
   return std::uniform_int_distribution<std::int64_t>(0, 2147483647)(random_);
@@ -165,7 +226,9 @@ std::unique_ptr<Desktop> makeLinuxDesktop(DesktopOptions options) {
   // A bus, an X server or a log that goes away is an error of the next write, not the end.
   std::signal(SIGPIPE, SIG_IGN);
   forgoCoreFiles();
-  return std::make_unique<LinuxDesktop>(std::move(options));
+  auto session = std::make_unique<Session>();
+  if (options.servesSession && !session->scripting.claimName()) return nullptr;
+  return std::make_unique<LinuxDesktop>(std::move(session), std::move(options));
 }
 
 }  // namespace kestro

@@ -1,5 +1,6 @@
-// The live Linux desktop: X11 windows, AT-SPI trees, desktop files, preferences as files. Never
-// fails to start: what is missing (no X server, no bus) is absent and logged once.
+// The live Linux desktop: X11 windows, AT-SPI trees, desktop files, preferences as files, the tray,
+// notifications and commands on the session bus, audio streams. What is missing (no X server, no
+// bus) is absent and logged once.
 #pragma once
 
 #include <memory>
@@ -8,6 +9,7 @@
 
 namespace kestro {
 
+// Null when another helper serves this session already; nothing was asked or changed then.
 std::unique_ptr<Desktop> makeLinuxDesktop(DesktopOptions options);
 
 }  // namespace kestro

@@ -1,7 +1,8 @@
-// Questions that stop the helper until the user has answered. Main thread only.
+// Questions to the user. The helper goes on behind them. Main thread only.
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,9 +26,14 @@ class Alerts {
  public:
   virtual ~Alerts() = default;
 
-  // Shows the alert and waits for the answer. Where none can be shown, it is answered by its last
-  // button, and its box stays as it is.
-  virtual AlertAnswer runModal(const Alert& alert) = 0;
+  // Called once, at once or later; never after the process life has ended that asked.
+  using Completion = std::function<void(const AlertAnswer& answer)>;
+
+  // Where the alert cannot be shown, or its window fails, it is answered by its last button, and
+  // its box stays as it is.
+  virtual void present(const Alert& alert, Completion completion) = 0;
+  // Brings the alerts that wait for an answer before the user's eyes.
+  virtual void bringToFront() = 0;
 };
 
 }  // namespace kestro

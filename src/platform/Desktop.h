@@ -15,6 +15,8 @@
 namespace kestro {
 
 struct DesktopOptions {
+  // False: a process that looks at the desktop and ends, beside the helper that serves the session.
+  bool servesSession = true;
   std::vector<std::string> arguments;                  // of the command line, after the executable
   std::optional<std::filesystem::path> dataDirectory;  // absent: the backend's own choice
   std::unique_ptr<TranscriptWriter> transcriptWriter;  // null: no transcript

@@ -37,6 +37,11 @@ struct LocalizedStrings {
 
 }  // namespace
 
+std::string_view languageOfTexts(const std::vector<std::string>& preferredLanguages) {
+  const LocalizedTable* table = preferredTable(preferredLanguages);
+  return table ? table->language : "en";
+}
+
 std::string localizedString(Process& process, std::string_view key) {
   const PropertyList* found = process.shared<LocalizedStrings>().texts.find(key);
   const auto* text = found ? found->get<std::string>() : nullptr;

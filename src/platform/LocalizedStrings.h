@@ -26,6 +26,9 @@ constexpr std::string_view localizable(std::string_view key) {
   return key;
 }
 
+// The language of the texts for a user of these languages, the most preferred first.
+std::string_view languageOfTexts(const std::vector<std::string>& preferredLanguages);
+
 struct LocalizedTable {
   std::string_view language;
   std::string_view text;  // as dictionaryFromStringsText reads it

@@ -24,6 +24,8 @@ namespace productNotification {
 constexpr std::string_view flushAndSyncFinished = "ActivityWriter.flushAndSyncFinished";
 // The tracking loop wants a relaunch: "delay" in seconds, "attributes".
 constexpr std::string_view relaunchWanted = "InfoLogger.relaunchWanted";
+// A call has begun, or the last one has ended.
+constexpr std::string_view runningCallsDidChange = "InfoLogger.runningCallsDidChange";
 // A sync takes place.
 constexpr std::string_view syncRequested = "SyncManager.syncRequested";
 }  // namespace productNotification

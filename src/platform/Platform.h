@@ -19,6 +19,7 @@ class Alerts;
 class AppleEvents;
 class ChildProcesses;
 class Clock;
+class ControlService;
 class FileEvents;
 class Files;
 class GlobalShortcuts;
@@ -64,6 +65,7 @@ struct Platform {
   StatusBar& statusBar;
   GlobalShortcuts& globalShortcuts;
   AppleEvents& appleEvents;
+  ControlService& controlService;
   LoginItems& loginItems;
   NotificationCenter& notificationCenter;
   UserNotifications& userNotifications;

@@ -97,6 +97,10 @@ class InfoLogger {
   bool shouldTrack() const;
   void setShouldTrack(bool shouldTrack);
 
+  // Whether the call detector knows of a call now. When that changes, the notification
+  // productNotification::runningCallsDidChange is posted.
+  bool hasRunningCall() const;
+
   // The user has opened the status item's menu; nothing to the embedded product.
   void statusItemClicked();
 

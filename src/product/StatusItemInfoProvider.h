@@ -16,6 +16,10 @@ namespace kestro {
 class Process;
 class Timer;
 
+// Since midnight in the user's time zone, what is not written yet left out. Absent without a
+// database that is open.
+std::optional<Seconds> timeTrackedToday(Process& process);
+
 // Who owns the status item.
 class StatusItemPresenter {
  public:

@@ -27,10 +27,10 @@ SceneAlerts::SceneAlerts(const std::vector<SceneStep>& steps, Date start, const 
   }
 }
 
-AlertAnswer SceneAlerts::runModal(const Alert& alert) {
+void SceneAlerts::present(const Alert& alert, Completion completion) {
   const AlertAnswer answer = nextAnswer(alert);
   if (transcript_.isActive()) transcript_.record("alert", eventFields(alert, answer));
-  return answer;
+  if (completion) completion(answer);
 }
 
 // An answer that names no button of this alert counts as none, and is used up.

@@ -18,7 +18,9 @@ class SceneAlerts final : public Alerts {
   SceneAlerts(const std::vector<SceneStep>& steps, Date start, const Clock& clock,
               Transcript& transcript);
 
-  AlertAnswer runModal(const Alert& alert) override;
+  void present(const Alert& alert, Completion completion) override;
+  // None waits.
+  void bringToFront() override {}
 
  private:
   struct TimedAnswer {

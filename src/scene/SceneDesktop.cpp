@@ -85,6 +85,7 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
       powerManagement_(state_),
       alerts_(scene_.steps, scene_.start, clock_, transcript_),
       statusBar_(transcript_),
+      controlService_(transcript_),
       loginItems_(state_),
       userNotifications_(state_, runLoop_, transcript_),
       timeEntryEditors_(transcript_),
@@ -101,6 +102,7 @@ SceneDesktop::SceneDesktop(Scene scene, DesktopOptions options, std::optional<do
                 .statusBar = statusBar_,
                 .globalShortcuts = globalShortcuts_,
                 .appleEvents = appleEvents_,
+                .controlService = controlService_,
                 .loginItems = loginItems_,
                 .notificationCenter = notificationCenter_,
                 .userNotifications = userNotifications_,
@@ -144,6 +146,10 @@ void SceneDesktop::perform(const SceneStep& step) {
           [&](const ScriptingCommandStep& command) {
             appleEvents_.send(command.implementingClass, command.evaluatedArguments);
           },
+          [&](const ControlStep& control) {
+            control.isStart ? controlService_.startTimer(control.title, control.project)
+                            : controlService_.stopTimer();
+          },
           [&](const OpenURLStep& open) { appleEvents_.openURL(open.address); },
           [&](const AppearanceChangedStep&) { statusBar_.changeAppearance(); },
           [&](const PostStep& post) { notificationCenter_.post(post.name, post.userInfo); },
@@ -164,6 +170,7 @@ bool SceneDesktop::beginNextProcessLife() {
   userNotifications_.beginNextLife();
   timeEntryEditors_.beginNextLife();
   appleEvents_.beginNextLife();
+  controlService_.beginNextLife();
   if (!runLoop_.beginNextLife()) return false;
   accessibility_.beginNextLife();
   platform_.preferredLanguages = state_.system.languages;

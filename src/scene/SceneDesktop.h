@@ -16,6 +16,7 @@
 #include "scene/SceneAppleEvents.h"
 #include "scene/SceneChildProcesses.h"
 #include "scene/SceneClock.h"
+#include "scene/SceneControlService.h"
 #include "scene/SceneDataDirectory.h"
 #include "scene/SceneFileEvents.h"
 #include "scene/SceneFiles.h"
@@ -74,6 +75,7 @@ class SceneDesktop final : public Desktop {
   SceneStatusBar statusBar_;
   SceneGlobalShortcuts globalShortcuts_;
   SceneAppleEvents appleEvents_;
+  SceneControlService controlService_;
   SceneLoginItems loginItems_;
   NotificationCenter notificationCenter_;
   SceneUserNotifications userNotifications_;

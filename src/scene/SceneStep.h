@@ -101,6 +101,12 @@ struct ScriptingCommandStep {
   std::string implementingClass;
   PropertyListDictionary evaluatedArguments;
 };
+// Of another program: starts the timer, or stops it.
+struct ControlStep {
+  bool isStart = false;
+  std::string title;
+  std::string project;
+};
 struct OpenURLStep {
   std::string address;
 };
@@ -119,8 +125,8 @@ using SceneEvent =
     std::variant<SetStep, FrontmostStep, WindowsStep, LaunchStep, QuitStep, SystemStep, ProductStep,
                  PreferencesStep, SuitesStep, WriteFileStep, RemoveFileStep, AssertionsStep,
                  FileEventsStep, NotificationResponseStep, EditorStep, OpenMenuStep, CloseMenuStep,
-                 ClickStep, ShortcutStep, AnswerAlertStep, ScriptingCommandStep, OpenURLStep,
-                 AppearanceChangedStep, PostStep, RequestTerminationStep, RestartStep>;
+                 ClickStep, ShortcutStep, AnswerAlertStep, ScriptingCommandStep, ControlStep,
+                 OpenURLStep, AppearanceChangedStep, PostStep, RequestTerminationStep, RestartStep>;
 
 struct SceneStep {
   Seconds at{0};  // after the start of the scene

@@ -14,8 +14,8 @@ TimeEntryEditorContents edited(TimeEntryEditorContents contents, const EditorSte
 
 }  // namespace
 
-void SceneTimeEntryEditors::present(const TimeEntryEditorContents& contents, Placement placement,
-                                    Completion completion) {
+void SceneTimeEntryEditors::present(const TimeEntryEditorContents& contents, TimeEntryEditorAids,
+                                    Placement placement, Completion completion) {
   if (transcript_.isActive()) {
     PropertyListDictionary fields{{"header", contents.header},
                                   {"title", contents.title},

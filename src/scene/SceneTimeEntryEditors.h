@@ -13,10 +13,11 @@ class SceneTimeEntryEditors final : public TimeEntryEditors {
  public:
   explicit SceneTimeEntryEditors(Transcript& transcript) : transcript_(transcript) {}
 
-  void present(const TimeEntryEditorContents& contents, Placement placement,
-               Completion completion) override;
+  void present(const TimeEntryEditorContents& contents, TimeEntryEditorAids aids,
+               Placement placement, Completion completion) override;
 
-  // Ends the editor that was opened last; nothing when there is none.
+  // Ends the editor that was opened last; nothing when there is none. What is saved is what a
+  // window has let through: it was checked there.
   void end(const EditorStep& step);
   void beginNextLife() { open_.clear(); }
 

@@ -146,6 +146,19 @@ SceneEvent StepLoader::loadResumeCommand(const JsonNode& node) {
   return ScriptingCommandStep{"KSResumeTrackingCommand", {}};
 }
 
+SceneEvent StepLoader::loadControl(const JsonNode& node) {
+  if (node.isText()) {
+    if (node.text() != "stopTimer") node.failExpecting("'stopTimer' or {\"startTimer\": {…}}");
+    return ControlStep{};
+  }
+  const JsonNode fields =
+      node.expectKeys({"startTimer"}).member("startTimer").expectKeys({"title", "project"});
+  ControlStep step{true, "", ""};
+  if (const auto title = fields.find("title")) step.title = title->text();
+  if (const auto project = fields.find("project")) step.project = project->text();
+  return step;
+}
+
 SceneEvent StepLoader::loadOpenURL(const JsonNode& node) {
   return OpenURLStep{node.text()};
 }

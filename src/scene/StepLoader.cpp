@@ -105,6 +105,7 @@ const std::vector<StepLoader::NamedVerb>& StepLoader::verbs() {
       {"answerAlert", &StepLoader::loadAnswerAlert},
       {"pauseCommand", &StepLoader::loadPauseCommand},
       {"resumeCommand", &StepLoader::loadResumeCommand},
+      {"control", &StepLoader::loadControl},
       {"openURL", &StepLoader::loadOpenURL},
       {"appearanceChanged", &StepLoader::loadAppearanceChanged},
       {"relaunch", &StepLoader::loadRelaunch},

@@ -64,6 +64,7 @@ class StepLoader {
   SceneEvent loadAnswerAlert(const JsonNode& node);
   SceneEvent loadPauseCommand(const JsonNode& node);
   SceneEvent loadResumeCommand(const JsonNode& node);
+  SceneEvent loadControl(const JsonNode& node);
   SceneEvent loadOpenURL(const JsonNode& node);
   SceneEvent loadAppearanceChanged(const JsonNode& node);
   SceneEvent loadRelaunch(const JsonNode& node);

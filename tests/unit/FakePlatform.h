@@ -9,17 +9,22 @@
 #include <string>
 #include <vector>
 
-#include "linux/shell/MissingParts.h"
 #include "platform/Accessibility.h"
+#include "platform/Alerts.h"
+#include "platform/AppleEvents.h"
 #include "platform/ChildProcesses.h"
 #include "platform/Clock.h"
+#include "platform/ControlService.h"
 #include "platform/FileEvents.h"
 #include "platform/Files.h"
+#include "platform/GlobalShortcuts.h"
+#include "platform/LoginItems.h"
 #include "platform/NotificationCenter.h"
 #include "platform/Platform.h"
 #include "platform/PowerManagement.h"
 #include "platform/RunLoop.h"
 #include "platform/StandardOutput.h"
+#include "platform/StatusBar.h"
 #include "platform/SystemLog.h"
 #include "platform/TimeEntryEditors.h"
 #include "platform/Transcript.h"
@@ -272,7 +277,55 @@ struct NoUserNotifications final : UserNotifications {
 };
 
 struct NoTimeEntryEditors final : TimeEntryEditors {
-  void present(const TimeEntryEditorContents&, Placement, Completion) override {}
+  void present(const TimeEntryEditorContents&, TimeEntryEditorAids, Placement,
+               Completion) override {}
+};
+
+// Answers with the last button.
+struct NoAlerts final : Alerts {
+  void present(const Alert& alert, Completion completion) override {
+    if (completion) completion({alert.buttons.size() - 1, alert.suppressionIsChecked});
+  }
+  void bringToFront() override {}
+};
+
+struct UnseenStatusBar final : StatusBar {
+  struct Item final : StatusItem {
+    explicit Item(StatusItemProperties given) : shown(std::move(given)) {}
+    const StatusItemProperties& properties() const override { return shown; }
+    void setProperties(StatusItemProperties given) override { shown = std::move(given); }
+    void observeEffectiveAppearance(std::function<void()>) override {}
+    StatusItemProperties shown;
+  };
+  std::unique_ptr<StatusItem> makeStatusItem(StatusItemProperties properties,
+                                             StatusItemDelegate&) override {
+    return std::make_unique<Item>(std::move(properties));
+  }
+};
+
+struct NoGlobalShortcuts final : GlobalShortcuts {
+  std::unique_ptr<GlobalShortcut> grab(const KeyEquivalent&, std::function<void()>) override {
+    return nullptr;
+  }
+};
+
+struct NoAppleEvents final : AppleEvents {
+  void setCommandHandler(CommandHandler) override {}
+  void setGetURLHandler(URLHandler) override {}
+};
+
+// Keeps the delegate for tests to ask, and counts what it is told.
+struct DirectControlService final : ControlService {
+  void setDelegate(ControlDelegate* given) override { delegate = given; }
+  void statusMayHaveChanged() override { ++changes; }
+  ControlDelegate* delegate = nullptr;
+  int changes = 0;
+};
+
+// Nobody is asked about what is so already.
+struct AlwaysLoginItem final : LoginItems {
+  bool startsAtLogin() const override { return true; }
+  void setStartsAtLogin(bool) override {}
 };
 
 struct MemoryOutput final : StandardOutput {
@@ -307,11 +360,12 @@ struct FakePlatform {
   NoFiles files;
   ManualFileEvents fileEvents;
   NoPowerManagement powerManagement;
-  MissingAlerts alerts;
-  MissingStatusBar statusBar;
-  MissingGlobalShortcuts globalShortcuts;
-  MissingAppleEvents appleEvents;
-  MissingLoginItems loginItems;
+  NoAlerts alerts;
+  UnseenStatusBar statusBar;
+  NoGlobalShortcuts globalShortcuts;
+  NoAppleEvents appleEvents;
+  DirectControlService controlService;
+  AlwaysLoginItem loginItems;
   NotificationCenter notificationCenter;
   NoUserNotifications userNotifications;
   NoTimeEntryEditors timeEntryEditors;
@@ -333,6 +387,7 @@ struct FakePlatform {
                     .statusBar = statusBar,
                     .globalShortcuts = globalShortcuts,
                     .appleEvents = appleEvents,
+                    .controlService = controlService,
                     .loginItems = loginItems,
                     .notificationCenter = notificationCenter,
                     .userNotifications = userNotifications,

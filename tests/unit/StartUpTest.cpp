@@ -15,7 +15,7 @@ TEST(StartUpTest, watchesTheDirectoryOfTheExecutable) {
   fake.platform.mainBundle.executablePath = "/Apps/Helper.app/Contents/MacOS/Helper";
   Process process{fake.platform};
   KSHelperAppDelegate delegate(process);
-  EXPECT_EQ(delegate.awakeFromNib(), std::nullopt);
+  EXPECT_EQ(delegate.awakeFromNib([] {}), std::nullopt);
   EXPECT_EQ(fake.fileEvents.watched, std::vector<std::string>{"/Apps/Helper.app/Contents/MacOS"});
 }
 
@@ -27,7 +27,7 @@ TEST(StartUpTest, aDatabaseThatOpensLaterIsSetUpThen) {
     SQLite::Database other(file.string(), SQLite::OPEN_READWRITE | SQLite::OPEN_CREATE);
     other.exec("BEGIN EXCLUSIVE");
     KSHelperAppDelegate delegate(process);
-    EXPECT_EQ(delegate.awakeFromNib(), std::nullopt);
+    EXPECT_EQ(delegate.awakeFromNib([] {}), std::nullopt);
     delegate.applicationDidFinishLaunching();
     ASSERT_EQ(DatabaseWrapper::openSharedInstance(process), nullptr);
     other.exec("ROLLBACK");

@@ -21,12 +21,13 @@ class LinuxRunLoop final : public RunLoop {
   LinuxRunLoop(const LinuxRunLoop&) = delete;
   LinuxRunLoop& operator=(const LinuxRunLoop&) = delete;
 
-  void post(Task task, TaskOrigin origin) override;
-  [[nodiscard]] std::unique_ptr<Timer> scheduleAfter(Seconds delay, Task task,
-                                                     TaskOrigin origin) override;
-  [[nodiscard]] std::unique_ptr<Timer> scheduleEvery(Seconds interval, Task task,
-                                                     TaskOrigin origin) override;
-  [[nodiscard]] std::unique_ptr<Timer> scheduleAt(Date date, Task task, TaskOrigin origin) override;
+  void post(Task task, TaskOrigin origin = TaskOrigin::here()) override;
+  [[nodiscard]] std::unique_ptr<Timer> scheduleAfter(
+      Seconds delay, Task task, TaskOrigin origin = TaskOrigin::here()) override;
+  [[nodiscard]] std::unique_ptr<Timer> scheduleEvery(
+      Seconds interval, Task task, TaskOrigin origin = TaskOrigin::here()) override;
+  [[nodiscard]] std::unique_ptr<Timer> scheduleAt(Date date, Task task,
+                                                  TaskOrigin origin = TaskOrigin::here()) override;
   // What is read from the desktop afterwards belongs to a new generation.
   void sleep(Seconds duration) override;
   bool isTerminationPending() const override;
@@ -34,6 +35,8 @@ class LinuxRunLoop final : public RunLoop {
   int run() override;
   void stop(int exitStatus) override;
 
+  // For those who have the loop serve a socket or a bus. Their callbacks call `perform`.
+  sd_event* event() const { return event_; }
   // Runs one task as the loop does. An exception ends the task alone, and is logged: none may pass
   // through the event loop's C functions.
   void perform(const Task& task);

@@ -1,24 +1,75 @@
-// The live desktop's notifications are not spoken to yet: none may be shown. Main thread only.
+// Notifications by the desktop's notification server (org.freedesktop.Notifications, the Desktop
+// Notifications Specification 1.2). Each gets exactly one answer: an action or a click wins over
+// the closing that some servers announce beside it. One that its server has lost is shown again by
+// the next. Main thread only.
 #pragma once
 
-#include "platform/RunLoop.h"
+#include <deque>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "linux/session/SessionBus.h"
+#include "linux/shell/PendingNotifications.h"
 #include "platform/UserNotifications.h"
 
 namespace kestro {
 
 class LinuxUserNotifications final : public UserNotifications {
  public:
-  explicit LinuxUserNotifications(RunLoop& runLoop) : runLoop_(runLoop) {}
+  LinuxUserNotifications(SessionBus& sessionBus, LinuxRunLoop& runLoop, SystemLog& log,
+                         std::filesystem::path pendingFile);
+  ~LinuxUserNotifications() override;
+  LinuxUserNotifications(const LinuxUserNotifications&) = delete;
+  LinuxUserNotifications& operator=(const LinuxUserNotifications&) = delete;
 
-  void setCategory(const std::string&, std::vector<UserNotificationAction>) override {}
-  void requestPermission(std::function<void(bool isAllowed)> answer) override {
-    runLoop_.post([answer = std::move(answer)] { answer(false); });
-  }
-  void deliver(const UserNotification&) override {}
-  void setResponseHandler(ResponseHandler) override {}
+  void setCategory(const std::string& identifier,
+                   std::vector<UserNotificationAction> actions) override;
+  // Allowed where a server is there, or can be started, that shows actions.
+  void requestPermission(std::function<void(bool isAllowed)> answer) override;
+  void deliver(const UserNotification& notification) override;
+  void setResponseHandler(ResponseHandler handler) override;
 
  private:
-  RunLoop& runLoop_;
+  struct Answer {
+    PendingNotification notification;
+    UserNotificationResponse response;
+  };
+  struct Call;
+
+  void connect(sd_bus* bus);
+  void disconnect();
+  void findServer(sd_bus* bus);
+  void serverIs(std::string name);
+  void show(PendingNotification notification);
+  void showWaiting();
+  void remember(const PendingNotification& entry);
+  void hasShown(const UserNotification& notification, std::uint32_t number);
+  void chosen(std::uint32_t number, const std::string& action);
+  void closed(std::uint32_t number);
+  void answer(PendingNotification notification, UserNotificationResponse response);
+  void handOver();
+  using Reply = std::function<void(sd_bus_message* reply)>;  // null: none came
+  bool call(const MessagePointer& request, std::chrono::microseconds timeout, Reply reply);
+  static int onReply(sd_bus_message* message, void* call, sd_bus_error* error);
+  static int onAction(sd_bus_message* message, void* notifications, sd_bus_error* error);
+  static int onClosed(sd_bus_message* message, void* notifications, sd_bus_error* error);
+  static int onOwner(sd_bus_message* message, void* notifications, sd_bus_error* error);
+
+  SessionBus& sessionBus_;
+  LinuxRunLoop& runLoop_;
+  SystemLog& log_;
+  PendingNotifications pending_;
+  std::map<std::string, std::vector<UserNotificationAction>> categories_;
+  ResponseHandler handler_;
+  std::deque<Answer> answers_;  // that nobody has taken yet
+  std::map<std::uint32_t, std::unique_ptr<Timer>> closings_;
+  std::map<std::uint64_t, std::unique_ptr<Call>> calls_;  // under way
+  std::uint64_t lastCall_ = 0;
+  bool bodyIsMarkup_ = false;
+  sd_bus* bus_ = nullptr;
+  std::vector<SlotPointer> slots_;
 };
 
 }  // namespace kestro

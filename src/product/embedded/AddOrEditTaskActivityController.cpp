@@ -1,6 +1,7 @@
 #include "platform/Process.h"
 #include "platform/TimeEntryEditors.h"
 #include "product/TimeEntries.h"
+#include "product/embedded/EditorAids.h"
 #include "product/embedded/NonEmptyText.h"
 
 namespace kestro {
@@ -11,7 +12,7 @@ void AddOrEditTaskActivityController::presentEditorInPopoverSubstituteWindow(Pro
   const TimeEntryEditorContents contents{headerLabel_, descriptor_.title.value_or(""),
                                          descriptor_.start, descriptor_.end, descriptor_.project};
   process.platform().timeEntryEditors.present(
-      contents, {obtainFocus, center},
+      contents, editorAids(process, EditedThing::timeEntry), {obtainFocus, center},
       [descriptor = descriptor_,
        handler = saveHandler_](const std::optional<TimeEntryEditorContents>& saved) {
         if (!saved || !handler) return;

@@ -246,11 +246,12 @@ void DatabaseWrapper::presentError(std::string_view reason) {
   if (std::exchange(hasPresentedError_, true)) return;
   process_.platform().log.write(fmt::format("A time entry cannot be saved now: {}", reason));
   if (isClosing_) return;
-  process_.platform().alerts.runModal(
+  process_.platform().alerts.present(
       {localizedString(process_, "Your time entry could not be saved yet."),
        localizedFormat(process_, "Kestro tries again until it works. The database says: %@",
                        reason),
-       {localizedString(process_, "OK")}});
+       {localizedString(process_, "OK")}},
+      nullptr);
 }
 
 void DatabaseWrapper::mutateAsynchronouslyOrPresentError(Mutation mutation) {

@@ -105,9 +105,4 @@ void MCPServerHelperBridge::startIfAllowed() {
   recordOperation(process_, "MCPServerHelperBridge startIfAllowed");
 }
 
-// The embedded product knows no addresses of its own.
-void URLHandler::handleGetURL(Process& process, std::string_view address) {
-  recordOperation(process, "URLHandler handleGetURLWithEvent", {address});
-}
-
 }  // namespace kestro

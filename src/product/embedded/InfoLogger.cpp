@@ -90,6 +90,7 @@ struct InfoLogger::State {
   void stop();
   void sample();
   void sampleForCalls();
+  void updateCalls(Activity& activity);
   void updatePausedSampling();
   void requestRelaunch(const PropertyListDictionary& request) const;
   bool startAnnouncedFlush();
@@ -105,6 +106,7 @@ struct InfoLogger::State {
   InfoLoggerExtractor* extractor = nullptr;
   InfoLoggerCallDetector* callDetector = nullptr;
   bool hasReportedFailure = false;
+  bool hadRunningCall = false;
   std::optional<ProcessIdentifier> privateApplication;  // whose window was private when last read
   std::unique_ptr<Timer> timer;                         // null while tracking is off
   std::unique_ptr<Timer> pausedTimer;  // while tracking is off and calls are detected all the same
@@ -146,7 +148,14 @@ void InfoLogger::State::sampleForCalls() {
   auto activity = currentActivity();
   if (!activity) return;
   guarded("the application's extractor", [&] { extractor->callInfoExtractorFor(*activity); });
-  guarded("the call detector", [&] { callDetector->updateCallStatusForActivity(*activity); });
+  updateCalls(*activity);
+}
+
+void InfoLogger::State::updateCalls(Activity& activity) {
+  if (!callDetector) return;
+  guarded("the call detector", [&] { callDetector->updateCallStatusForActivity(activity); });
+  if (std::exchange(hadRunningCall, callDetector->hasRunningCall()) == hadRunningCall) return;
+  process.platform().notificationCenter.post(productNotification::runningCallsDidChange);
 }
 
 void InfoLogger::State::sample() {
@@ -156,9 +165,7 @@ void InfoLogger::State::sample() {
   if (activity) {
     guarded("the application's extractor", [&] { extractor->callInfoExtractorFor(*activity); });
     keepPrivate(*activity);
-    if (callDetector) {
-      guarded("the call detector", [&] { callDetector->updateCallStatusForActivity(*activity); });
-    }
+    updateCalls(*activity);
   }
   record(activity, meter.end());
   if (timer) store(time, activity);
@@ -272,6 +279,10 @@ void InfoLogger::setShouldTrack(bool shouldTrack) {
     state_->stop();
   }
   state_->updatePausedSampling();
+}
+
+bool InfoLogger::hasRunningCall() const {
+  return state_->callDetector && state_->callDetector->hasRunningCall();
 }
 
 void InfoLogger::statusItemClicked() {

@@ -11,6 +11,7 @@
 #include "product/KestroDatabase.h"
 #include "product/KestroLegacy.h"
 #include "product/KestroUI.h"
+#include "product/embedded/EditorAids.h"
 #include "product/embedded/NonEmptyText.h"
 #include "product/embedded/ProductOperations.h"
 #include "product/embedded/TimeEntryTable.h"
@@ -88,7 +89,8 @@ void presentEditor(Process& process, const std::string& header, const RunningTim
   const TimeEntryEditorContents contents{header, timer.title.value_or(""), timer.start,
                                          process.platform().clock.now(), timer.project};
   process.platform().timeEntryEditors.present(
-      contents, {.obtainFocus = true, .center = true},
+      contents, editorAids(process, EditedThing::runningTimer),
+      {.obtainFocus = true, .center = true},
       [save = std::move(save)](const std::optional<TimeEntryEditorContents>& saved) {
         if (saved) save(*saved);
       });
@@ -206,7 +208,8 @@ void OngoingTaskActivityManager::editTaskActivity(const TaskActivity& activity, 
                                          activity.title.value_or(""), activity.start, activity.end,
                                          activity.project};
   process_.platform().timeEntryEditors.present(
-      contents, {.obtainFocus = true, .center = center},
+      contents, editorAids(process_, EditedThing::timeEntry, activity.identifier),
+      {.obtainFocus = true, .center = center},
       [&process = process_,
        identifier = activity.identifier](const std::optional<TimeEntryEditorContents>& saved) {
         DatabaseWrapper* database = DatabaseWrapper::sharedInstance(process);

@@ -36,9 +36,7 @@ std::optional<RunningTimer> runningTimer(Process& process) {
 }
 
 std::string trackedTimeText(Process& process) {
-  DatabaseWrapper* database = DatabaseWrapper::openSharedInstance(process);
-  const auto tracked =
-      database && database->isOpen() ? trackedTimeToday(process, database->db()) : std::nullopt;
+  const auto tracked = timeTrackedToday(process);
   return tracked ? durationText(process, *tracked) : "–";
 }
 
@@ -49,6 +47,12 @@ std::string timerText(Process& process, const std::optional<RunningTimer>& timer
 }
 
 }  // namespace
+
+std::optional<Seconds> timeTrackedToday(Process& process) {
+  DatabaseWrapper* database = DatabaseWrapper::openSharedInstance(process);
+  const bool isOpen = database && database->isOpen();
+  return isOpen ? trackedTimeToday(process, database->db()) : std::nullopt;
+}
 
 StatusItemInfoProvider& StatusItemInfoProvider::sharedInstance(Process& process) {
   return process.shared<StatusItemInfoProvider>();

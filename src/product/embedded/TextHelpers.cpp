@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <span>
 
+#include "foundation/UnicodeText.h"
 #include "product/KestroDatabase.h"
 #include "product/KestroLegacy.h"
 #include "product/KestroUI.h"
-#include "product/embedded/UnicodeText.h"
 
 namespace kestro {
 namespace {

@@ -28,6 +28,21 @@ void bind(SQLite::Statement& statement, int index, const std::optional<std::stri
   if (text) statement.bind(index, *text);
 }
 
+// Of columns id, start, end, title, project.
+std::optional<TaskActivity> firstEntry(SQLite::Statement& statement) {
+  if (!statement.executeStep()) return std::nullopt;
+  return TaskActivity{statement.getColumn(0).getInt64(), date(statement.getColumn(1).getDouble()),
+                      date(statement.getColumn(2).getDouble()), text(statement.getColumn(3)),
+                      text(statement.getColumn(4))};
+}
+
+std::vector<std::string> texts(SQLite::Statement& statement) {
+  std::vector<std::string> list;
+  while (statement.executeStep())
+    list.push_back(statement.getColumn(0).getString());
+  return list;
+}
+
 }  // namespace
 
 TaskActivity TimeEntryTable::insert(const TaskActivityDescriptor& entry) {
@@ -63,10 +78,7 @@ std::optional<TaskActivity> TimeEntryTable::latest() {
       "SELECT time_entries.id, start, end, title, projects.name FROM time_entries"
       " LEFT JOIN projects ON projects.id = project_id ORDER BY start DESC, time_entries.id DESC"
       " LIMIT 1");
-  if (!statement.executeStep()) return std::nullopt;
-  return TaskActivity{statement.getColumn(0).getInt64(), date(statement.getColumn(1).getDouble()),
-                      date(statement.getColumn(2).getDouble()), text(statement.getColumn(3)),
-                      text(statement.getColumn(4))};
+  return firstEntry(statement);
 }
 
 std::vector<TaskActivityDescriptor> TimeEntryTable::latestKinds(int most) {
@@ -83,6 +95,32 @@ std::vector<TaskActivityDescriptor> TimeEntryTable::latestKinds(int most) {
                      text(statement.getColumn(3))});
   }
   return kinds;
+}
+
+std::optional<TaskActivity> TimeEntryTable::entryWithin(Date start, Date end,
+                                                        std::optional<std::int64_t> except) {
+  SQLite::Statement statement(
+      database_,
+      "SELECT time_entries.id, start, end, title, projects.name FROM time_entries"
+      " LEFT JOIN projects ON projects.id = project_id"
+      " WHERE start < ? AND end > ? AND time_entries.id != ? ORDER BY start LIMIT 1");
+  statement.bind(1, seconds(end));
+  statement.bind(2, seconds(start));
+  statement.bind(3, except.value_or(-1));
+  return firstEntry(statement);
+}
+
+std::vector<std::string> TimeEntryTable::projectNames() {
+  SQLite::Statement statement(database_, "SELECT name FROM projects ORDER BY name COLLATE NOCASE");
+  return texts(statement);
+}
+
+std::vector<std::string> TimeEntryTable::latestTitles(int most) {
+  SQLite::Statement statement(database_,
+                              "SELECT title FROM time_entries WHERE title IS NOT NULL"
+                              " GROUP BY title ORDER BY max(start) DESC LIMIT ?");
+  statement.bind(1, most);
+  return texts(statement);
 }
 
 std::optional<RunningTimer> TimeEntryTable::runningTimer() {

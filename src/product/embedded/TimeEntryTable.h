@@ -19,6 +19,11 @@ class TimeEntryTable {
   // Titles and projects of the latest entries that have either, each pair once.
   std::vector<TaskActivityDescriptor> latestKinds(int most);
 
+  // The first entry that shares time with this one, but for `except`; absent: none does.
+  std::optional<TaskActivity> entryWithin(Date start, Date end, std::optional<std::int64_t> except);
+  std::vector<std::string> projectNames();
+  // Each once, the latest first.
+  std::vector<std::string> latestTitles(int most);
   std::optional<RunningTimer> runningTimer();
   // Instead of the one that runs.
   void startTimer(const RunningTimer& timer);

@@ -2,8 +2,8 @@
 
 #include <array>
 
+#include "foundation/UnicodeText.h"
 #include "product/KestroUI.h"
-#include "product/embedded/UnicodeText.h"
 
 namespace kestro {
 namespace {

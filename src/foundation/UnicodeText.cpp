@@ -1,4 +1,4 @@
-#include "product/embedded/UnicodeText.h"
+#include "foundation/UnicodeText.h"
 
 #include <unicode/brkiter.h>
 #include <unicode/uchar.h>

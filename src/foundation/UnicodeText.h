@@ -1,4 +1,4 @@
-// Walking UTF-8 texts by code point and by grapheme cluster, for the text helpers of this folder.
+// Walking UTF-8 texts by code point and by grapheme cluster.
 // Views point into the given text. Ill-formed bytes are kept: they belong to no class of
 // characters.
 #pragma once
