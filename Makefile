@@ -5,7 +5,7 @@ SCENE ?= scenes/demo-day.json
 JOBS := $(shell nproc)
 PRESET ?= release
 
-.PHONY: help programs run run-json live test live-test lint bench sanitize fuzz clean
+.PHONY: help programs with-windows run run-json live test live-test lint bench sanitize fuzz clean
 
 help:
 	@echo "make run        play the demo day: a line for every change, and a summary"
@@ -30,7 +30,13 @@ run: programs
 run-json: programs
 	@KESTRO_SCENE=$(SCENE) KESTRO_TRANSCRIPT=- build/release/bin/KestroHelper
 
-live: programs
+# The windows need a toolkit, which nothing else does.
+with-windows: programs
+	@scripts/setup dialogs >&2
+	@cmake --preset release -DKESTRO_DIALOGS=ON >/dev/null
+	@cmake --build --preset release --target KestroDialogs icons >&2
+
+live: with-windows
 	@KESTRO_TRANSCRIPT=- KESTRO_TRANSCRIPT_FORMAT=text build/release/bin/KestroHelper
 
 test:
@@ -39,13 +45,13 @@ test:
 	@cmake --build --preset $(PRESET) --target tests
 	@ctest --preset $(PRESET) -j$(JOBS)
 
-live-test: programs
+live-test: with-windows
 	@scripts/setup live
 	@cmake --build --preset release --target search_check >&2
 	@scripts/live-test
 
 lint:
-	@scripts/setup build test lint
+	@scripts/setup build test dialogs lint
 	@scripts/lint
 
 sanitize:
