@@ -17,7 +17,8 @@
 #include "linux/process/RelaunchShell.h"
 #include "linux/process/StandardErrorLog.h"
 #include "linux/process/SystemClock.h"
-#include "linux/session/SessionBus.h"
+#include "linux/session/BusConnection.h"
+#include "linux/session/Inhibitors.h"
 #include "linux/shell/DesktopAppearance.h"
 #include "linux/shell/LinuxAlerts.h"
 #include "linux/shell/LinuxLoginItems.h"
@@ -71,12 +72,12 @@ std::filesystem::path autostartFile() {
 
 // What the helper needs to find out whether it is the only one.
 struct Session {
-  Session() : runLoop(generation, log), bus(runLoop, log), scripting(bus, runLoop, log) {}
+  Session() : runLoop(generation, log), bus(BusKind::session, runLoop, log), scripting(bus, runLoop, log) {}
 
   StandardErrorLog log;
   SampleGeneration generation;
   LinuxRunLoop runLoop;
-  SessionBus bus;
+  BusConnection bus;
   LinuxScripting scripting;
 };
 
@@ -111,6 +112,8 @@ class LinuxDesktop final : public Desktop {
   LinuxChildProcesses childProcesses_;
   LinuxFiles files_;
   LinuxFileEvents fileEvents_;
+  BusConnection systemBus_;
+  Inhibitors inhibitors_;
   LinuxPowerManagement powerManagement_;
   DesktopAppearance appearance_;
   DialogSettings dialogs_;
@@ -142,6 +145,9 @@ LinuxDesktop::LinuxDesktop(std::unique_ptr<Session> session, DesktopOptions opti
       windowServer_(x11_),
       accessibility_(x11_, identity_, generation_, log_),
       defaults_(configurationDirectory(), log_),
+      systemBus_(BusKind::system, runLoop_, log_),
+      inhibitors_(session_->bus, systemBus_),
+      powerManagement_(inhibitors_, log_),
       appearance_(session_->bus),
       dialogs_{runLoop_, log_, appearance_, programPath("KestroDialogs"),
                std::string(languageOfTexts(languages_))},

@@ -24,13 +24,23 @@ BusPointer startBus(const char* address) {
   return isStarted ? std::move(owner) : nullptr;
 }
 
-}  // namespace
-
-BusPointer openBus(const char* address, microseconds timeout) {
-  BusPointer bus = startBus(address);
+BusPointer whenReady(BusPointer bus, microseconds timeout) {
   if (!bus) return nullptr;
   const auto isReady = [&] { return sd_bus_is_ready(bus.get()) > 0; };
   return serveBus(bus.get(), timeout, isReady) ? std::move(bus) : nullptr;
+}
+
+}  // namespace
+
+BusPointer openBus(const char* address, microseconds timeout) {
+  return whenReady(startBus(address), timeout);
+}
+
+BusPointer openBus(BusKind kind, microseconds timeout) {
+  if (kind == BusKind::session) return openBus(nullptr, timeout);
+  sd_bus* bus = nullptr;
+  sd_bus_open_system(&bus);
+  return whenReady(BusPointer(bus), timeout);
 }
 
 bool serveBus(sd_bus* bus, microseconds longest, const std::function<bool()>& isDone) {

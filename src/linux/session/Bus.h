@@ -20,8 +20,11 @@ struct MessageDeleter {
 };
 using MessagePointer = std::unique_ptr<sd_bus_message, MessageDeleter>;
 
+enum class BusKind { session, system };
+
 // A ready connection to the bus at `address` (null: the session bus), or null.
 BusPointer openBus(const char* address, std::chrono::microseconds timeout);
+BusPointer openBus(BusKind kind, std::chrono::microseconds timeout);
 
 // Serves the connection until `isDone` says so. False when that is not reached: the time is over,
 // the connection is lost, or a signal asks the helper to end.

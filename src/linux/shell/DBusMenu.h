@@ -9,7 +9,7 @@
 #include <functional>
 #include <memory>
 
-#include "linux/session/SessionBus.h"
+#include "linux/session/BusConnection.h"
 #include "linux/shell/MenuRows.h"
 #include "platform/StatusBar.h"
 

@@ -53,7 +53,7 @@ bool isFailure(sd_bus_message* reply) {
 
 }  // namespace
 
-DesktopAppearance::DesktopAppearance(SessionBus& sessionBus) : sessionBus_(sessionBus) {
+DesktopAppearance::DesktopAppearance(BusConnection& sessionBus) : sessionBus_(sessionBus) {
   sessionBus_.watch(
       this, [this](sd_bus* bus) { ask(bus); }, [this] { slots_.clear(); });
 }

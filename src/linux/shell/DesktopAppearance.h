@@ -5,13 +5,13 @@
 #include <functional>
 #include <optional>
 
-#include "linux/session/SessionBus.h"
+#include "linux/session/BusConnection.h"
 
 namespace kestro {
 
 class DesktopAppearance {
  public:
-  explicit DesktopAppearance(SessionBus& sessionBus);
+  explicit DesktopAppearance(BusConnection& sessionBus);
   ~DesktopAppearance();
   DesktopAppearance(const DesktopAppearance&) = delete;
   DesktopAppearance& operator=(const DesktopAppearance&) = delete;
@@ -29,7 +29,7 @@ class DesktopAppearance {
   void ask(sd_bus* bus);
   void take(std::optional<bool>& known, std::optional<bool> now);
 
-  SessionBus& sessionBus_;
+  BusConnection& sessionBus_;
   std::function<void()> observer_;
   std::optional<bool> portalIsDark_;
   std::optional<bool> themeIsDark_;

@@ -75,7 +75,7 @@ const std::array helperMembers{
 
 }  // namespace
 
-LinuxScripting::LinuxScripting(SessionBus& sessionBus, LinuxRunLoop& runLoop, SystemLog& log)
+LinuxScripting::LinuxScripting(BusConnection& sessionBus, LinuxRunLoop& runLoop, SystemLog& log)
     : sessionBus_(sessionBus), runLoop_(runLoop), log_(log) {
   sessionBus_.watch(
       this,

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string>
 
-#include "linux/session/SessionBus.h"
+#include "linux/session/BusConnection.h"
 #include "platform/AppleEvents.h"
 #include "platform/ControlService.h"
 
@@ -16,7 +16,7 @@ namespace kestro {
 
 class LinuxScripting final : public AppleEvents, public ControlService {
  public:
-  LinuxScripting(SessionBus& sessionBus, LinuxRunLoop& runLoop, SystemLog& log);
+  LinuxScripting(BusConnection& sessionBus, LinuxRunLoop& runLoop, SystemLog& log);
   ~LinuxScripting() override;
   LinuxScripting(const LinuxScripting&) = delete;
   LinuxScripting& operator=(const LinuxScripting&) = delete;
@@ -44,7 +44,7 @@ class LinuxScripting final : public AppleEvents, public ControlService {
   int answer(sd_bus_message* call, sd_bus_error* error, ControlOutcome outcome);
   int refuseWhileStarting(sd_bus_error* error) const;
 
-  SessionBus& sessionBus_;
+  BusConnection& sessionBus_;
   LinuxRunLoop& runLoop_;
   SystemLog& log_;
   bool claimsName_ = false;

@@ -4,7 +4,7 @@
 
 namespace kestro {
 
-LinuxStatusBar::LinuxStatusBar(SessionBus& sessionBus, LinuxRunLoop& runLoop,
+LinuxStatusBar::LinuxStatusBar(BusConnection& sessionBus, LinuxRunLoop& runLoop,
                                DesktopAppearance& appearance, std::string iconDirectory)
     : sessionBus_(sessionBus),
       runLoop_(runLoop),

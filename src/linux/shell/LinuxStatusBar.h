@@ -5,7 +5,7 @@
 
 #include <memory>
 
-#include "linux/session/SessionBus.h"
+#include "linux/session/BusConnection.h"
 #include "linux/shell/DesktopAppearance.h"
 #include "platform/NotificationCenter.h"
 #include "platform/StatusBar.h"
@@ -16,14 +16,14 @@ class LinuxStatusBar final : public StatusBar {
  public:
   // What is given must outlive the bar. `iconDirectory`: where the program's icons lie when the
   // desktop's icon theme does not have them; empty: it has them.
-  LinuxStatusBar(SessionBus& sessionBus, LinuxRunLoop& runLoop, DesktopAppearance& appearance,
+  LinuxStatusBar(BusConnection& sessionBus, LinuxRunLoop& runLoop, DesktopAppearance& appearance,
                  std::string iconDirectory);
 
   std::unique_ptr<StatusItem> makeStatusItem(StatusItemProperties properties,
                                              StatusItemDelegate& delegate) override;
 
  private:
-  SessionBus& sessionBus_;
+  BusConnection& sessionBus_;
   LinuxRunLoop& runLoop_;
   DesktopAppearance& appearance_;
   std::string iconDirectory_;

@@ -105,7 +105,7 @@ struct LinuxUserNotifications::Call {
   SlotPointer slot;
 };
 
-LinuxUserNotifications::LinuxUserNotifications(SessionBus& sessionBus, LinuxRunLoop& runLoop,
+LinuxUserNotifications::LinuxUserNotifications(BusConnection& sessionBus, LinuxRunLoop& runLoop,
                                                SystemLog& log, std::filesystem::path pendingFile)
     : sessionBus_(sessionBus), runLoop_(runLoop), log_(log), pending_(std::move(pendingFile), log) {
   sessionBus_.watch(

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "linux/session/SessionBus.h"
+#include "linux/session/BusConnection.h"
 #include "linux/shell/PendingNotifications.h"
 #include "platform/UserNotifications.h"
 
@@ -18,7 +18,7 @@ namespace kestro {
 
 class LinuxUserNotifications final : public UserNotifications {
  public:
-  LinuxUserNotifications(SessionBus& sessionBus, LinuxRunLoop& runLoop, SystemLog& log,
+  LinuxUserNotifications(BusConnection& sessionBus, LinuxRunLoop& runLoop, SystemLog& log,
                          std::filesystem::path pendingFile);
   ~LinuxUserNotifications() override;
   LinuxUserNotifications(const LinuxUserNotifications&) = delete;
@@ -57,7 +57,7 @@ class LinuxUserNotifications final : public UserNotifications {
   static int onClosed(sd_bus_message* message, void* notifications, sd_bus_error* error);
   static int onOwner(sd_bus_message* message, void* notifications, sd_bus_error* error);
 
-  SessionBus& sessionBus_;
+  BusConnection& sessionBus_;
   LinuxRunLoop& runLoop_;
   SystemLog& log_;
   PendingNotifications pending_;

@@ -83,7 +83,7 @@ const std::array itemMembers{
 
 }  // namespace
 
-StatusNotifierItem::StatusNotifierItem(SessionBus& sessionBus, LinuxRunLoop& runLoop,
+StatusNotifierItem::StatusNotifierItem(BusConnection& sessionBus, LinuxRunLoop& runLoop,
                                        DesktopAppearance& appearance, std::string iconDirectory,
                                        StatusItemProperties properties,
                                        StatusItemDelegate& delegate)

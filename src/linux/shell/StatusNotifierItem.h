@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "linux/session/SessionBus.h"
+#include "linux/session/BusConnection.h"
 #include "linux/shell/DBusMenu.h"
 #include "linux/shell/DesktopAppearance.h"
 #include "platform/StatusBar.h"
@@ -12,7 +12,7 @@ namespace kestro {
 
 class StatusNotifierItem final : public StatusItem {
  public:
-  StatusNotifierItem(SessionBus& sessionBus, LinuxRunLoop& runLoop, DesktopAppearance& appearance,
+  StatusNotifierItem(BusConnection& sessionBus, LinuxRunLoop& runLoop, DesktopAppearance& appearance,
                      std::string iconDirectory, StatusItemProperties properties,
                      StatusItemDelegate& delegate);
   ~StatusNotifierItem() override;
@@ -37,7 +37,7 @@ class StatusNotifierItem final : public StatusItem {
   std::string titleText() const;
   int appendPixmaps(sd_bus_message* reply) const;
 
-  SessionBus& sessionBus_;
+  BusConnection& sessionBus_;
   LinuxRunLoop& runLoop_;
   DesktopAppearance& appearance_;
   std::string iconDirectory_;

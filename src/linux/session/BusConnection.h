@@ -1,4 +1,4 @@
-// The helper's connection to the user's session bus, served by the run loop. A bus that goes away
+// A connection to the user's session bus or to the system's bus, served by the run loop. A bus that goes away
 // is connected to again, with growing delays; whoever puts something on the bus does so anew on
 // each connection. Main thread only.
 #pragma once
@@ -21,16 +21,16 @@ struct SlotDeleter {
 };
 using SlotPointer = std::unique_ptr<sd_bus_slot, SlotDeleter>;
 
-class SessionBus {
+class BusConnection {
  public:
   using Connected = std::function<void(sd_bus* bus)>;
   using Lost = std::function<void()>;
 
   // Tries to connect before it returns.
-  SessionBus(LinuxRunLoop& runLoop, SystemLog& log);
-  ~SessionBus();
-  SessionBus(const SessionBus&) = delete;
-  SessionBus& operator=(const SessionBus&) = delete;
+  BusConnection(BusKind kind, LinuxRunLoop& runLoop, SystemLog& log);
+  ~BusConnection();
+  BusConnection(const BusConnection&) = delete;
+  BusConnection& operator=(const BusConnection&) = delete;
 
   // Null: there is none now.
   sd_bus* get() const { return bus_.get(); }
@@ -47,10 +47,11 @@ class SessionBus {
     Connected connected;
     Lost lost;
   };
-  static int onDisconnected(sd_bus_message* message, void* sessionBus, sd_bus_error* error);
+  static int onDisconnected(sd_bus_message* message, void* connection, sd_bus_error* error);
   void connect();
   void disconnect();
 
+  BusKind kind_;
   LinuxRunLoop& runLoop_;
   SystemLog& log_;
   BackOff backOff_{std::chrono::seconds(1), std::chrono::seconds(30)};
