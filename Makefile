@@ -22,7 +22,7 @@ help:
 programs:
 	@scripts/setup build test >&2
 	@cmake --preset release >/dev/null
-	@cmake --build --preset release --target KestroHelper KestroReport >&2
+	@cmake --build --preset release --target KestroHelper kestroctl >&2
 
 run: programs
 	@scripts/play $(SCENE)

@@ -13,7 +13,7 @@ expected=tests/output/demo-day.expected.txt
   KESTRO_SCENE=scenes/demo-day.json KESTRO_TRANSCRIPT=- KESTRO_TRANSCRIPT_FORMAT=text \
     KESTRO_DATA_DIR=$data "$bin/KestroHelper"
   echo
-  "$bin/KestroReport" "$data/Kestro.sqlite"
+  KESTRO_DATA_DIR=$data "$bin/kestroctl" today --all
 } >"$data/output.txt"
 if [ "${2:-}" = --rebaseline ]; then cp "$data/output.txt" "$expected"; fi
 diff -u "$expected" "$data/output.txt"
