@@ -73,7 +73,8 @@ Wanted readWanted(sd_bus_message* call) {
 }
 
 // Writes those properties of a row that are wanted. What is as usual need not be said, but panels
-// that keep what they heard earlier need to hear of every change: so all are said each time.
+// keep what they heard earlier: so all are said each time, but for a shortcut, which cannot be none
+// and is taken back by a signal of its own.
 class RowWriter {
  public:
   RowWriter(sd_bus_message* message, const Wanted& wanted) : message_(message), wanted_(wanted) {}
@@ -107,18 +108,15 @@ class RowWriter {
     if (isWanted(name)) sd_bus_message_append(message_, "{sv}", name, "i", value);
   }
   void shortcut(const std::vector<std::string>& keys) const {
-    if (!isWanted("shortcut")) return;
+    if (!isWanted("shortcut") || keys.empty()) return;
     sd_bus_message_open_container(message_, 'e', "sv");
     sd_bus_message_append(message_, "s", "shortcut");
     sd_bus_message_open_container(message_, 'v', "aas");
     sd_bus_message_open_container(message_, 'a', "as");
-    if (!keys.empty()) {
-      sd_bus_message_open_container(message_, 'a', "s");
-      for (const std::string& key : keys)
-        sd_bus_message_append(message_, "s", key.c_str());
-      sd_bus_message_close_container(message_);
-    }
-    for (int container = 0; container < 3; ++container)
+    sd_bus_message_open_container(message_, 'a', "s");
+    for (const std::string& key : keys)
+      sd_bus_message_append(message_, "s", key.c_str());
+    for (int container = 0; container < 4; ++container)
       sd_bus_message_close_container(message_);
   }
 
@@ -185,10 +183,33 @@ bool DBusMenu::refresh() {
   return true;
 }
 
-void DBusMenu::announceRows() const {
+void DBusMenu::announceRows() {
   if (!bus_) return;
+  takeBackShortcuts();
   sd_bus_emit_signal(bus_, objectPath, menuInterface, "LayoutUpdated", "ui", revision_,
                      MenuRows::rootNumber);
+}
+
+void DBusMenu::takeBackShortcuts() {
+  std::vector<const MenuRow*> rows;
+  collect(root_, rows);
+  sd_bus_message* message = nullptr;
+  sd_bus_message_new_signal(bus_, &message, objectPath, menuInterface, "ItemsPropertiesUpdated");
+  const MessagePointer signal(message);
+  if (!signal) return;
+  sd_bus_message_append(message, "a(ia{sv})", 0);
+  sd_bus_message_open_container(message, 'a', "(ias)");
+  bool isAny = false;
+  for (const MenuRow* row : rows) {
+    if (!row->shortcut.empty()) {
+      withShortcut_.insert(row->number);
+    } else if (withShortcut_.erase(row->number) > 0) {
+      isAny = true;
+      sd_bus_message_append(message, "(ias)", row->number, 1, "shortcut");
+    }
+  }
+  sd_bus_message_close_container(message);
+  if (isAny) sd_bus_send(bus_, message, nullptr);
 }
 
 void DBusMenu::update() {

@@ -8,6 +8,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <set>
 
 #include "linux/session/BusConnection.h"
 #include "linux/shell/MenuRows.h"
@@ -40,7 +41,8 @@ class DBusMenu {
 
  private:
   bool refresh();
-  void announceRows() const;
+  void announceRows();
+  void takeBackShortcuts();
   void handleEvent(std::int32_t number, std::string_view type);
   bool open();
   void close();
@@ -53,6 +55,7 @@ class DBusMenu {
   MenuRows numbering_;
   MenuRow root_;
   std::uint32_t revision_ = 1;
+  std::set<std::int32_t> withShortcut_;  // as panels know it
   bool isOpen_ = false;
   std::chrono::steady_clock::time_point openedAt_{};
   std::unique_ptr<Timer> closing_;

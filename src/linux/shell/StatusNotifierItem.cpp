@@ -200,10 +200,13 @@ std::string StatusNotifierItem::titleText() const {
 }
 
 int StatusNotifierItem::appendPixmaps(sd_bus_message* reply) const {
+  const auto isDark = appearance_.isDark();
+  const TrayColour colour = !isDark   ? TrayColour::grey
+                            : *isDark ? TrayColour::light
+                                      : TrayColour::dark;
   sd_bus_message_open_container(reply, 'a', "(iiay)");
   for (const int size : pixmapSizes) {
-    const Pixmap pixmap = drawTrayIcon(trayIconOf(properties_.image), size,
-                                       /*isLight=*/appearance_.isDark().value_or(true));
+    const Pixmap pixmap = drawTrayIcon(trayIconOf(properties_.image), size, colour);
     sd_bus_message_open_container(reply, 'r', "iiay");
     sd_bus_message_append(reply, "ii", size, size);
     sd_bus_message_append_array(reply, 'y', pixmap.bytes.data(), pixmap.bytes.size());

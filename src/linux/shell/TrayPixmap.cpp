@@ -60,12 +60,22 @@ double distance(TrayIcon icon, Point point) {
   return std::max(discDistance(point, outerRadius), -playDistance(point));
 }
 
+std::array<std::uint8_t, 3> valuesOf(TrayColour colour) {
+  switch (colour) {
+    case TrayColour::light:
+      return {0xf2, 0xf2, 0xf2};
+    case TrayColour::dark:
+      return {0x2e, 0x34, 0x36};
+    case TrayColour::grey:
+      break;
+  }
+  return {0x80, 0x80, 0x80};
+}
+
 }  // namespace
 
-Pixmap drawTrayIcon(TrayIcon icon, int size, bool isLight) {
-  constexpr std::array<std::uint8_t, 3> light{0xf2, 0xf2, 0xf2};
-  constexpr std::array<std::uint8_t, 3> dark{0x2e, 0x34, 0x36};
-  const auto& colour = isLight ? light : dark;
+Pixmap drawTrayIcon(TrayIcon icon, int size, TrayColour colour) {
+  const std::array<std::uint8_t, 3> values = valuesOf(colour);
   const double scale = units / size;
   Pixmap pixmap{size, {}};
   pixmap.bytes.reserve(static_cast<std::size_t>(size) * static_cast<std::size_t>(size) * 4);
@@ -74,7 +84,7 @@ Pixmap drawTrayIcon(TrayIcon icon, int size, bool isLight) {
       const Point point{(column + 0.5) * scale, (row + 0.5) * scale};
       const double covered = std::clamp(0.5 - distance(icon, point) / scale, 0.0, 1.0);
       pixmap.bytes.push_back(static_cast<std::uint8_t>(std::lround(covered * 255)));
-      pixmap.bytes.insert(pixmap.bytes.end(), colour.begin(), colour.end());
+      pixmap.bytes.insert(pixmap.bytes.end(), values.begin(), values.end());
     }
   }
   return pixmap;

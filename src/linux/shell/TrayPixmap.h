@@ -14,7 +14,9 @@ struct Pixmap {
   std::vector<std::uint8_t> bytes;  // alpha, red, green, blue of each pixel, row by row
 };
 
-// `isLight`: for a dark panel.
-Pixmap drawTrayIcon(TrayIcon icon, int size, bool isLight);
+// Light for a dark panel, dark for a light one, and grey where nobody knows.
+enum class TrayColour { light, dark, grey };
+
+Pixmap drawTrayIcon(TrayIcon icon, int size, TrayColour colour);
 
 }  // namespace kestro
