@@ -3,13 +3,30 @@
 import json
 import os
 import pathlib
+import plistlib
 import signal
 
 from processes import Program, wait_until
 
 
+def folder_of(environment):
+    return pathlib.Path(environment.get("XDG_CONFIG_HOME", os.environ["XDG_CONFIG_HOME"]))
+
+
+def write_preferences(store="KestroHelper", folder=None, **values):
+    """Adds the values to a store of preferences."""
+    path = (folder or folder_of({})) / "kestro" / f"{store}.plist"
+    path.parent.mkdir(parents=True, exist_ok=True)
+    known = plistlib.loads(path.read_bytes()) if path.exists() else {}
+    path.write_bytes(plistlib.dumps({**known, **values}))
+
+
 class Helper:
-    def __init__(self, **environment):
+    def __init__(self, asks=False, **environment):
+        """`asks`: as at its first start."""
+        if not asks:
+            write_preferences(folder=folder_of(environment), dontAskToLaunchAtLogin=True,
+                              dontNotifyAboutDisabledAccessibilityAPI=True)
         self.transcript = pathlib.Path(os.environ["DESKTOP_DIRECTORY"]) / "transcript.jsonl"
         self.transcript.unlink(missing_ok=True)
         self.program = Program(

@@ -13,6 +13,8 @@ import processes
 from helper import Helper
 from live_test import LiveTest
 from processes import press, run, wait_until
+from shell_test import (BusLossTest, CallTest, CommandsTest, NoHelperTest, QuestionsTest,
+                        ShortcutTest, TrayTest)
 from web_applications import WebApplicationTest
 
 
@@ -49,7 +51,6 @@ class EditorTest(MousepadTest):
         self.assertIn("dump.txt", dump.stdout)
         self.assertIn("=== Info Extractor Result ===", dump.stdout)
         self.assertIn("Dump finished; exiting.", dump.stderr)
-        self.assertIn("Not available on this desktop yet: status item", dump.stderr)
         self.assertNotIn("exiting", dump.stdout)
 
     def test_two_monitors(self):
@@ -291,7 +292,8 @@ class LossTest(MousepadTest):
 
 
 def load_tests(loader, _, __):
-    order = [EditorTest, QtTest, BrowserTest, WebApplicationTest, LossTest]
+    order = [EditorTest, QtTest, BrowserTest, WebApplicationTest, NoHelperTest, CommandsTest,
+             TrayTest, QuestionsTest, ShortcutTest, CallTest, LossTest, BusLossTest]
     return unittest.TestSuite(loader.loadTestsFromTestCase(case) for case in order)
 
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
+#include <optional>
+#include <string>
 
 #include "linux/process/TerminationSignals.h"
 
@@ -11,8 +14,21 @@ namespace {
 using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
+// A bus that was started anew in the place of another has another identifier, and is as good: the
+// address without that.
+std::optional<std::string> sessionAddressWithoutIdentifier() {
+  const char* given = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+  std::string address = given ? given : "";
+  const std::size_t begin = address.find(",guid=");
+  if (begin == std::string::npos) return std::nullopt;
+  const std::size_t end = std::min(address.find_first_of(",;", begin + 1), address.size());
+  return address.erase(begin, end - begin);
+}
+
 BusPointer startBus(const char* address) {
   sd_bus* bus = nullptr;
+  const auto session = address ? std::nullopt : sessionAddressWithoutIdentifier();
+  if (session) address = session->c_str();
   if (!address) {
     sd_bus_open_user(&bus);
     return BusPointer(bus);

@@ -214,6 +214,7 @@ void X11Shortcuts::connectLater() {
 
 // xcb's own waits have no bound.
 bool X11Shortcuts::waitForAnswer(std::uint32_t sequence) {
+  xcb_flush(connection_);
   const auto deadline = steady_clock::now() + longestAnswer;
   while (true) {
     void* reply = nullptr;
