@@ -44,8 +44,7 @@ HelperAnswer<MessagePointer> HelperClient::call(const char* interface, const cha
                                                 const Writer& writer) {
   if (!bus_) return NoHelper{};
   sd_bus_message* message = nullptr;
-  sd_bus_message_new_method_call(bus_.get(), &message, helperName, helperObject, interface,
-                                 member);
+  sd_bus_message_new_method_call(bus_.get(), &message, helperName, helperObject, interface, member);
   const MessagePointer request(message);
   if (!request) return HelperFailure{"the call cannot be made"};
   sd_bus_message_set_auto_start(message, 0);
@@ -95,8 +94,7 @@ HelperAnswer<Done> HelperClient::resume() {
   return command("Resume", [](sd_bus_message*) {});
 }
 
-HelperAnswer<Done> HelperClient::startTimer(const std::string& title,
-                                            const std::string& project) {
+HelperAnswer<Done> HelperClient::startTimer(const std::string& title, const std::string& project) {
   return command("StartTimer", [&](sd_bus_message* message) {
     sd_bus_message_append(message, "ss", title.c_str(), project.c_str());
   });

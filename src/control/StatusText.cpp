@@ -34,12 +34,12 @@ std::string trackingText(const HelperStatus& status, std::int64_t now) {
 std::string statusText(const HelperStatus& status, std::int64_t now) {
   std::string text = "Kestro " + trackingText(status, now) + "\n";
   text += row("Today", shortDuration(status.trackedToday));
-  text += row("Timer", status.timerStarted == 0
-                           ? emphasized("none", Emphasis::faint)
-                           : fmt::format("running for {}, since {}",
-                                         shortDuration(static_cast<double>(
-                                             now - status.timerStarted)),
-                                         localTime(status.timerStarted)));
+  text +=
+      row("Timer", status.timerStarted == 0
+                       ? emphasized("none", Emphasis::faint)
+                       : fmt::format("running for {}, since {}",
+                                     shortDuration(static_cast<double>(now - status.timerStarted)),
+                                     localTime(status.timerStarted)));
   text += row("Call", status.isInCall ? emphasized("under way", Emphasis::attention)
                                       : emphasized("none", Emphasis::faint));
   return text;
@@ -51,8 +51,7 @@ std::string statusJson(const std::optional<HelperStatus>& status) {
   json["running"] = status.has_value();
   json["tracking"] = shown.isTracking;
   json["pausedUntil"] = dateOrNull(shown.pausedUntil);
-  json["timer"] = {{"running", shown.timerStarted != 0},
-                   {"since", dateOrNull(shown.timerStarted)}};
+  json["timer"] = {{"running", shown.timerStarted != 0}, {"since", dateOrNull(shown.timerStarted)}};
   json["inCall"] = shown.isInCall;
   json["trackedTodaySeconds"] = shown.trackedToday;
   json["version"] = status ? shown.version : KESTRO_VERSION;

@@ -101,8 +101,8 @@ std::string trackedDayText(const TrackedDay& day) {
     const std::size_t width = widthOf(day.projects, "Project", nameOf);
     text += fmt::format("\n{:<{}}  {:>10}\n", "Project", width, "Recorded");
     for (const TrackedProject& project : day.projects) {
-      text += fmt::format("{:<{}}  {:>10}\n", nameOf(project), width,
-                          clockDuration(project.seconds));
+      text +=
+          fmt::format("{:<{}}  {:>10}\n", nameOf(project), width, clockDuration(project.seconds));
     }
   }
   return text;

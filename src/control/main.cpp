@@ -127,9 +127,8 @@ class CommandLine {
     command->add_flag("--json", asJson_, "One JSON object");
   }
   void addPause() {
-    CLI::App* command =
-        add("pause", "Pause tracking for a while, or until it is resumed",
-            [this] { return pause(text_); });
+    CLI::App* command = add("pause", "Pause tracking for a while, or until it is resumed",
+                            [this] { return pause(text_); });
     command->add_option("DURATION", text_, "90s, 30m, 1h, 1h30m or tomorrow");
   }
   void addStart() {
@@ -140,8 +139,9 @@ class CommandLine {
     command->add_option("--project", project_, "The project's name");
   }
   void addOpen() {
-    CLI::App* command = add("open", "Open an address that begins with kestro:",
-                            [this] { return resultOf(HelperClient().openAddress(text_)); });
+    CLI::App* command = add("open", "Open an address that begins with kestro:", [this] {
+      return resultOf(HelperClient().openAddress(text_));
+    });
     command->add_option("ADDRESS", text_)->required();
   }
   void addToday() {

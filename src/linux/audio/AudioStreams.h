@@ -21,8 +21,8 @@ class SoundServerConnection;
 
 struct AudioStream {
   bool isRecording = false;
-  bool isCorked = false;        // paused: it plays or records nothing
-  bool hasClient = true;        // false: the server's own, of a loopback or an echo canceller
+  bool isCorked = false;         // paused: it plays or records nothing
+  bool hasClient = true;         // false: the server's own, of a loopback or an echo canceller
   bool recordsPlayback = false;  // what the machine plays, or only its loudness; no microphone
   std::optional<ProcessIdentifier> process;  // as the stream or its client names it
   std::string program;                       // the name of its executable file; empty: unknown

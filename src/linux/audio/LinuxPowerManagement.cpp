@@ -23,8 +23,7 @@ void addInhibitors(PowerManagement::AssertionsByProcess& assertions,
     const ProcessIdentifier process = inhibitor.process.value_or(0);
     const bool hasSound = process != 0 && assertions.contains(process);
     if (inhibitor.keepsSystemAwake) {
-      assertions[process].push_back(
-          assertionOf(inhibitor, "PreventUserIdleSystemSleep", hasSound));
+      assertions[process].push_back(assertionOf(inhibitor, "PreventUserIdleSystemSleep", hasSound));
     }
     if (inhibitor.keepsDisplayAwake) {
       assertions[process].push_back(

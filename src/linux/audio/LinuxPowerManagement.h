@@ -14,8 +14,8 @@
 namespace kestro {
 
 // Adds what the inhibitors say to what the streams say. An inhibitor without a process is listed
-// under process 0. One alone is no evidence of a call, whatever its reason says: it is on only where
-// its process has sound, too.
+// under process 0. One alone is no evidence of a call, whatever its reason says: it is on only
+// where its process has sound, too.
 void addInhibitors(PowerManagement::AssertionsByProcess& assertions,
                    const std::vector<Inhibitor>& inhibitors);
 

@@ -85,7 +85,7 @@ void SoundServerConnection::setTimer(pa_usec_t delay) {
 
 // Due: to connect, or to give up a server that says nothing.
 void SoundServerConnection::onTimer(pa_mainloop_api*, pa_time_event*, const timeval*,
-                                       void* connection) {
+                                    void* connection) {
   SoundServerConnection* own = self(connection);
   if (own->context_ && pa_context_get_state(own->context_) == PA_CONTEXT_READY) return;
   if (own->context_) return own->fail();
@@ -159,11 +159,10 @@ void SoundServerConnection::listEnded() {
 }
 
 void SoundServerConnection::onEvent(pa_context*, pa_subscription_event_type_t type,
-                                       std::uint32_t index, void* connection) {
-  const auto facility = static_cast<pa_subscription_event_type_t>(
-      type & PA_SUBSCRIPTION_EVENT_FACILITY_MASK);
-  const bool isRemoval =
-      (type & PA_SUBSCRIPTION_EVENT_TYPE_MASK) == PA_SUBSCRIPTION_EVENT_REMOVE;
+                                    std::uint32_t index, void* connection) {
+  const auto facility =
+      static_cast<pa_subscription_event_type_t>(type & PA_SUBSCRIPTION_EVENT_FACILITY_MASK);
+  const bool isRemoval = (type & PA_SUBSCRIPTION_EVENT_TYPE_MASK) == PA_SUBSCRIPTION_EVENT_REMOVE;
   if (isRemoval) return self(connection)->remove(facility, index);
   self(connection)->ask(facility, index);
 }
@@ -183,8 +182,7 @@ void SoundServerConnection::ask(pa_subscription_event_type_t facility, std::uint
   }
 }
 
-void SoundServerConnection::remove(pa_subscription_event_type_t facility,
-                                      std::uint32_t index) {
+void SoundServerConnection::remove(pa_subscription_event_type_t facility, std::uint32_t index) {
   if (facility == PA_SUBSCRIPTION_EVENT_CLIENT) clients_.erase(index);
   if (facility == PA_SUBSCRIPTION_EVENT_SOURCE) isMonitor_.erase(index);
   if (facility == PA_SUBSCRIPTION_EVENT_SINK_INPUT) playing_.erase(index);
@@ -193,41 +191,47 @@ void SoundServerConnection::remove(pa_subscription_event_type_t facility,
 }
 
 void SoundServerConnection::onClient(pa_context*, const pa_client_info* info, int end,
-                                        void* connection) {
+                                     void* connection) {
   if (end != 0 || !info) return self(connection)->listEnded();
   self(connection)->clients_[info->index] = makerIn(info->proplist);
 }
 
 void SoundServerConnection::onSource(pa_context*, const pa_source_info* info, int end,
-                                        void* connection) {
+                                     void* connection) {
   if (end != 0 || !info) return self(connection)->listEnded();
   self(connection)->isMonitor_[info->index] = info->monitor_of_sink != PA_INVALID_INDEX;
 }
 
 void SoundServerConnection::onSinkInput(pa_context*, const pa_sink_input_info* info, int end,
-                                           void* connection) {
+                                        void* connection) {
   if (end != 0 || !info) return self(connection)->listEnded();
-  self(connection)->keep(self(connection)->playing_, info->index,
-                         {info->client, PA_INVALID_INDEX, info->corked != 0, false,
-                          makerIn(info->proplist), {}});
+  self(connection)
+      ->keep(
+          self(connection)->playing_, info->index,
+          {info->client, PA_INVALID_INDEX, info->corked != 0, false, makerIn(info->proplist), {}});
 }
 
 // Level meters ask for peaks; recorders of what is played, for a sink's monitor.
-void SoundServerConnection::onSourceOutput(pa_context*, const pa_source_output_info* info,
-                                              int end, void* connection) {
+void SoundServerConnection::onSourceOutput(pa_context*, const pa_source_output_info* info, int end,
+                                           void* connection) {
   if (end != 0 || !info) return self(connection)->listEnded();
   const std::string_view resampling = info->resample_method ? info->resample_method : "";
   const bool recordsPlayback = resampling == "peaks" || isTrue(info->proplist, "stream.monitor") ||
                                isTrue(info->proplist, "resample.peaks") ||
                                isTrue(info->proplist, "stream.capture.sink");
-  self(connection)->keep(self(connection)->recording_, info->index,
-                         {info->client, info->source, info->corked != 0, recordsPlayback,
-                          makerIn(info->proplist), {}});
+  self(connection)
+      ->keep(self(connection)->recording_, info->index,
+             {info->client,
+              info->source,
+              info->corked != 0,
+              recordsPlayback,
+              makerIn(info->proplist),
+              {}});
 }
 
 // One that moves to another device, or is muted, goes on.
-void SoundServerConnection::keep(std::map<std::uint32_t, KnownStream>& streams,
-                                    std::uint32_t index, KnownStream stream) {
+void SoundServerConnection::keep(std::map<std::uint32_t, KnownStream>& streams, std::uint32_t index,
+                                 KnownStream stream) {
   const auto known = streams.find(index);
   const bool wentOn = known != streams.end() && !known->second.isCorked;
   stream.since = wentOn ? known->second.since : dateNow();

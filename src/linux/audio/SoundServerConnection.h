@@ -73,8 +73,7 @@ class SoundServerConnection {
   void askForEverything();
   void ask(pa_subscription_event_type_t facility, std::uint32_t index);
   void remove(pa_subscription_event_type_t facility, std::uint32_t index);
-  void keep(std::map<std::uint32_t, KnownStream>& streams, std::uint32_t index,
-            KnownStream stream);
+  void keep(std::map<std::uint32_t, KnownStream>& streams, std::uint32_t index, KnownStream stream);
   void listEnded();
   void publish();
   AudioStream streamOf(const KnownStream& known, bool isRecording) const;

@@ -71,8 +71,7 @@ std::optional<ProcessIdentifier> processInNamespace(ProcessIdentifier inside,
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
     const std::string number = entry.path().filename();
-    const auto process =
-        static_cast<ProcessIdentifier>(std::strtol(number.c_str(), nullptr, 10));
+    const auto process = static_cast<ProcessIdentifier>(std::strtol(number.c_str(), nullptr, 10));
     if (process <= 0 || identifierInNamespace(process) != inside) continue;
     const bool hasName = name.empty() || processName(process) == name;
     if (hasName && executablePath(process)) return process;

@@ -18,9 +18,9 @@ std::optional<std::string> processName(ProcessIdentifier process);
 // Absent when the process is gone or has none.
 std::optional<ProcessIdentifier> parentProcess(ProcessIdentifier process);
 
-// The process that has this identifier in a namespace of its own (a sandbox) and this name, an empty
-// one for any; absent when there is none, or it is not the user's own. Looks at every process of the
-// machine.
+// The process that has this identifier in a namespace of its own (a sandbox) and this name, an
+// empty one for any; absent when there is none, or it is not the user's own. Looks at every process
+// of the machine.
 std::optional<ProcessIdentifier> processInNamespace(ProcessIdentifier inside,
                                                     const std::string& name);
 

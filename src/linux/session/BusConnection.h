@@ -1,6 +1,6 @@
-// A connection to the user's session bus or to the system's bus, served by the run loop. A bus that goes away
-// is connected to again, with growing delays; whoever puts something on the bus does so anew on
-// each connection. Main thread only.
+// A connection to the user's session bus or to the system's bus, served by the run loop. A bus that
+// goes away is connected to again, with growing delays; whoever puts something on the bus does so
+// anew on each connection. Main thread only.
 #pragma once
 
 #include <functional>

@@ -79,9 +79,9 @@ void Inhibitors::watchSession(sd_bus* bus) {
 }
 
 // Nothing is started for it. The answer to an earlier question is not waited for any more.
-void Inhibitors::ask(sd_bus* bus, SlotPointer& slot, const char* service,
-                     const std::string& object, const char* interface, const char* member,
-                     sd_bus_message_handler_t handler, void* context) {
+void Inhibitors::ask(sd_bus* bus, SlotPointer& slot, const char* service, const std::string& object,
+                     const char* interface, const char* member, sd_bus_message_handler_t handler,
+                     void* context) {
   slot.reset();
   if (!bus) return;
   sd_bus_message* message = nullptr;
@@ -95,8 +95,8 @@ void Inhibitors::ask(sd_bus* bus, SlotPointer& slot, const char* service,
 }
 
 void Inhibitors::askLogin() {
-  ask(systemBus_.get(), loginList_, login, loginObject, loginManager, "ListInhibitors",
-      onLoginList, this);
+  ask(systemBus_.get(), loginList_, login, loginObject, loginManager, "ListInhibitors", onLoginList,
+      this);
 }
 
 void Inhibitors::askSession() {
@@ -138,8 +138,7 @@ int Inhibitors::onSessionList(sd_bus_message* reply, void* inhibitors, sd_bus_er
   if (sd_bus_message_enter_container(reply, 'a', "o") <= 0) return 0;
   const char* object = nullptr;
   self->questions_.clear();
-  while (self->ofSession_.size() < mostInhibitors &&
-         sd_bus_message_read(reply, "o", &object) > 0) {
+  while (self->ofSession_.size() < mostInhibitors && sd_bus_message_read(reply, "o", &object) > 0) {
     self->ofSession_[object] = std::move(before[object]);
     self->askAbout(object);
   }

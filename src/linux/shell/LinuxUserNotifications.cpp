@@ -1,6 +1,7 @@
 #include "linux/shell/LinuxUserNotifications.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -165,34 +166,42 @@ void LinuxUserNotifications::findServer(sd_bus* bus) {
   });
 }
 
-// The numbers of another server mean nothing to this one: it shows what waits for an answer anew.
+// The numbers of another server mean nothing to this one.
 void LinuxUserNotifications::serverIs(std::string name) {
   if (name.empty() || pending_.server().name == name) return;
   pending_.setServer({pending_.server().bus, std::move(name)});
   closings_.clear();
   if (pending_.entries().empty()) return;
-  for (PendingNotification& entry : pending_.entries())
+  for (PendingNotification& entry : pending_.entries()) {
     entry.number = 0;
+    entry.isToBeShownAnew = true;
+  }
   pending_.save();
-  requestPermission([this](bool isAllowed) {
-    if (isAllowed) showWaiting();
-  });
+  showAnew();
 }
 
-void LinuxUserNotifications::showWaiting() {
-  std::vector<PendingNotification> waiting;
-  for (PendingNotification& entry : pending_.entries()) {
-    if (entry.number == 0) waiting.push_back(entry);
-  }
-  std::erase_if(pending_.entries(),
-                [](const PendingNotification& entry) { return entry.number == 0; });
-  for (PendingNotification& entry : waiting)
-    show(std::move(entry));
+// Once the actions of its category are known, and in its old place where the server still has that.
+void LinuxUserNotifications::showAnew() {
+  const auto isDue = [this](const PendingNotification& entry) {
+    return entry.isToBeShownAnew && categories_.contains(entry.notification.categoryIdentifier);
+  };
+  if (std::ranges::none_of(pending_.entries(), isDue)) return;
+  requestPermission([this, isDue](bool isAllowed) {
+    if (!isAllowed) return;
+    std::vector<PendingNotification> due;
+    std::ranges::copy_if(pending_.entries(), std::back_inserter(due), isDue);
+    std::erase_if(pending_.entries(), isDue);
+    for (PendingNotification& entry : due) {
+      entry.isToBeShownAnew = false;
+      show(std::move(entry));
+    }
+  });
 }
 
 void LinuxUserNotifications::setCategory(const std::string& identifier,
                                          std::vector<UserNotificationAction> actions) {
   categories_.insert_or_assign(identifier, std::move(actions));
+  showAnew();
 }
 
 void LinuxUserNotifications::requestPermission(std::function<void(bool isAllowed)> answer) {
@@ -223,16 +232,16 @@ void LinuxUserNotifications::show(PendingNotification entry) {
   const UserNotification& notification = entry.notification;
   const std::string title = shortened(withoutControlCharacters(notification.title));
   const std::string body = shortened(withoutControlCharacters(notification.body));
-  sd_bus_message_append(request.get(), "susss", applicationName, 0U, desktopEntry, title.c_str(),
-                        (bodyIsMarkup_ ? escaped(body) : body).c_str());
+  sd_bus_message_append(request.get(), "susss", applicationName, entry.number, desktopEntry,
+                        title.c_str(), (bodyIsMarkup_ ? escaped(body) : body).c_str());
   appendActions(request.get(), asks, categories_[notification.categoryIdentifier]);
   appendHints(request.get(), notification.playsDefaultSound);
   constexpr int untilAnswered = 0;
   constexpr int asTheServerDoes = -1;
   sd_bus_message_append(request.get(), "i", asks ? untilAnswered : asTheServerDoes);
-  call(request, longestCall, [this, notification](sd_bus_message* reply) {
+  call(request, longestCall, [this, entry](sd_bus_message* reply) {
     std::uint32_t number = 0;
-    if (reply && sd_bus_message_read(reply, "u", &number) > 0) hasShown(notification, number);
+    if (reply && sd_bus_message_read(reply, "u", &number) > 0) hasShown(entry, number);
   });
 }
 
@@ -244,11 +253,12 @@ void LinuxUserNotifications::remember(const PendingNotification& entry) {
   pending_.save();
 }
 
-// It may have been given to the server just before that went: then the next one shows it.
-void LinuxUserNotifications::hasShown(const UserNotification& notification, std::uint32_t number) {
+// It may have been answered already, or given to a server that went just then: the next shows it.
+void LinuxUserNotifications::hasShown(const PendingNotification& shown, std::uint32_t number) {
   const auto isSame = [&](const PendingNotification& entry) {
-    return entry.number == 0 && entry.notification.title == notification.title &&
-           entry.notification.userInfo == notification.userInfo;
+    return entry.number == shown.number && !entry.isToBeShownAnew &&
+           entry.notification.title == shown.notification.title &&
+           entry.notification.userInfo == shown.notification.userInfo;
   };
   const auto found = std::ranges::find_if(pending_.entries(), isSame);
   if (found == pending_.entries().end()) return;

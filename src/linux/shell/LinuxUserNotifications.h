@@ -1,7 +1,8 @@
 // Notifications by the desktop's notification server (org.freedesktop.Notifications, the Desktop
 // Notifications Specification 1.2). Each gets exactly one answer: an action or a click wins over
 // the closing that some servers announce beside it. One that its server has lost is shown again by
-// the next. Main thread only.
+// the next, and one of an earlier process takes its own place anew: some servers (dunst) give an
+// answer only to the connection that asked. Main thread only.
 #pragma once
 
 #include <deque>
@@ -43,9 +44,9 @@ class LinuxUserNotifications final : public UserNotifications {
   void findServer(sd_bus* bus);
   void serverIs(std::string name);
   void show(PendingNotification notification);
-  void showWaiting();
+  void showAnew();
   void remember(const PendingNotification& entry);
-  void hasShown(const UserNotification& notification, std::uint32_t number);
+  void hasShown(const PendingNotification& shown, std::uint32_t number);
   void chosen(std::uint32_t number, const std::string& action);
   void closed(std::uint32_t number);
   void answer(PendingNotification notification, UserNotificationResponse response);

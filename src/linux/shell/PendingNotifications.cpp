@@ -41,7 +41,8 @@ std::optional<PendingNotification> decoded(const PropertyList& value) {
   return PendingNotification{
       static_cast<std::uint32_t>(*number),
       {textMember(*fields, "title"), textMember(*fields, "body"), playsSound && *playsSound,
-       textMember(*fields, "category"), *userInfo}};
+       textMember(*fields, "category"), *userInfo},
+      /*isToBeShownAnew=*/true};
 }
 
 }  // namespace

@@ -16,6 +16,8 @@ namespace kestro {
 struct PendingNotification {
   std::uint32_t number = 0;  // of the server's; 0: not shown yet
   UserNotification notification;
+  // Its server is gone, or knows it as an earlier process's: it has to be shown again.
+  bool isToBeShownAnew = false;
 };
 
 // Which server of which bus the numbers belong to.

@@ -12,9 +12,9 @@ namespace kestro {
 
 class StatusNotifierItem final : public StatusItem {
  public:
-  StatusNotifierItem(BusConnection& sessionBus, LinuxRunLoop& runLoop, DesktopAppearance& appearance,
-                     std::string iconDirectory, StatusItemProperties properties,
-                     StatusItemDelegate& delegate);
+  StatusNotifierItem(BusConnection& sessionBus, LinuxRunLoop& runLoop,
+                     DesktopAppearance& appearance, std::string iconDirectory,
+                     StatusItemProperties properties, StatusItemDelegate& delegate);
   ~StatusNotifierItem() override;
   StatusNotifierItem(const StatusNotifierItem&) = delete;
   StatusNotifierItem& operator=(const StatusNotifierItem&) = delete;
