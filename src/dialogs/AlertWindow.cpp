@@ -8,6 +8,7 @@
 
 #include "dialogs/MessageChannel.h"
 #include "dialogs/WindowLook.h"
+#include "platform/LocalizedStrings.h"
 
 namespace kestro {
 namespace {
@@ -38,7 +39,7 @@ AlertWindow::AlertWindow(const AlertRequest& request, const DialogTexts& texts) 
   setEscapeButton(choices_.last());
   if (request.showsSuppression) {
     // Owned by the window.
-    auto* box = new QCheckBox(texts("Do not ask again"));
+    auto* box = new QCheckBox(texts(localizable("Do not ask again")));
     box->setChecked(request.suppressionIsChecked);
     setCheckBox(box);
   }

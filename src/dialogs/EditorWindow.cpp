@@ -12,6 +12,7 @@
 #include "dialogs/MessageChannel.h"
 #include "dialogs/WindowLook.h"
 #include "foundation/Iso8601.h"
+#include "platform/LocalizedStrings.h"
 
 namespace kestro {
 namespace {
@@ -56,19 +57,19 @@ EditorWindow::EditorWindow(const EditorRequest& request, const DialogTexts& text
   header->setFont(font);
   layout->addWidget(header);
 
-  start_ = makeTime(request.start, texts_("&Start:"), locale);
-  end_ = makeTime(request.end, texts_("&End:"), locale);
+  start_ = makeTime(request.start, texts_(localizable("&Start:")), locale);
+  end_ = makeTime(request.end, texts_(localizable("&End:")), locale);
   auto* form = new QFormLayout;
   form->setSpacing(10);
   form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
-  form->addRow(texts_("&Title:"), makeTitle(request));
-  form->addRow(texts_("&Project:"), makeProject(request));
-  form->addRow(texts_("&Start:"), start_.edit);
+  form->addRow(texts_(localizable("&Title:")), makeTitle(request));
+  form->addRow(texts_(localizable("&Project:")), makeProject(request));
+  form->addRow(texts_(localizable("&Start:")), start_.edit);
   if (hasEnd_) {
-    form->addRow(texts_("&End:"), end_.edit);
+    form->addRow(texts_(localizable("&End:")), end_.edit);
     duration_ = new QLabel;
     duration_->setTextFormat(Qt::PlainText);
-    form->addRow(texts_("Duration:"), duration_);
+    form->addRow(texts_(localizable("Duration:")), duration_);
   } else {
     end_.edit->setParent(this);
     end_.edit->hide();
@@ -78,7 +79,7 @@ EditorWindow::EditorWindow(const EditorRequest& request, const DialogTexts& text
   error_ = new QLabel;
   error_->setTextFormat(Qt::PlainText);
   error_->setWordWrap(true);
-  error_->setAccessibleName(texts_("Error"));
+  error_->setAccessibleName(texts_(localizable("Error")));
   QPalette colours = error_->palette();
   colours.setColor(QPalette::WindowText,
                    hasDarkColours() ? QColor(0xff, 0x8a, 0x75) : QColor(0xb0, 0x1c, 0x28));
@@ -87,9 +88,10 @@ EditorWindow::EditorWindow(const EditorRequest& request, const DialogTexts& text
   layout->addWidget(error_);
 
   buttons_ = new QDialogButtonBox;
-  auto* saving = buttons_->addButton(texts_("Sa&ve"), QDialogButtonBox::AcceptRole);
+  auto* saving = buttons_->addButton(texts_(localizable("Sa&ve")), QDialogButtonBox::AcceptRole);
   saving->setDefault(true);
-  buttons_->addButton(texts_("&Cancel"), QDialogButtonBox::RejectRole)->setAutoDefault(false);
+  buttons_->addButton(texts_(localizable("&Cancel")), QDialogButtonBox::RejectRole)
+      ->setAutoDefault(false);
   layout->addStretch();
   layout->addWidget(buttons_);
   connect(buttons_, &QDialogButtonBox::accepted, [this] { save(); });
@@ -102,7 +104,7 @@ EditorWindow::EditorWindow(const EditorRequest& request, const DialogTexts& text
 
 QLineEdit* EditorWindow::makeTitle(const EditorRequest& request) {
   title_ = new QLineEdit(request.title);
-  title_->setAccessibleName(nameOf(texts_("&Title:")));
+  title_->setAccessibleName(nameOf(texts_(localizable("&Title:"))));
   auto* completer = new QCompleter(request.titles, title_);
   completer->setCaseSensitivity(Qt::CaseInsensitive);
   completer->setFilterMode(Qt::MatchContains);
@@ -117,8 +119,9 @@ QComboBox* EditorWindow::makeProject(const EditorRequest& request) {
   project_->addItem(QString());
   project_->addItems(request.projects);
   project_->setCurrentText(request.project);
-  project_->lineEdit()->setPlaceholderText(texts_("None, one of the list, or a new one"));
-  project_->setAccessibleName(nameOf(texts_("&Project:")));
+  project_->lineEdit()->setPlaceholderText(
+      texts_(localizable("None, one of the list, or a new one")));
+  project_->setAccessibleName(nameOf(texts_(localizable("&Project:"))));
   return project_;
 }
 
@@ -149,7 +152,8 @@ void EditorWindow::updateDuration() {
                                  : QStringLiteral("%1:%2")
                                        .arg(seconds / 3600)
                                        .arg(seconds / 60 % 60, 2, 10, QLatin1Char('0')));
-  duration_->setAccessibleName(nameOf(texts_("Duration:")) + QLatin1Char(' ') + duration_->text());
+  duration_->setAccessibleName(nameOf(texts_(localizable("Duration:"))) + QLatin1Char(' ') +
+                               duration_->text());
   if (seconds >= 0 && error_) error_->hide();
 }
 
@@ -170,7 +174,7 @@ void EditorWindow::save() {
   const Date start = dateOf(start_);
   const Date end = dateOf(end_);
   if (hasEnd_ && end < start) {
-    showError(texts_("The end must not be before the start."));
+    showError(texts_(localizable("The end must not be before the start.")));
     end_.edit->setFocus();
     return;
   }

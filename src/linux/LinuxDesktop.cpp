@@ -72,7 +72,10 @@ std::filesystem::path autostartFile() {
 
 // What the helper needs to find out whether it is the only one.
 struct Session {
-  Session() : runLoop(generation, log), bus(BusKind::session, runLoop, log), scripting(bus, runLoop, log) {}
+  Session()
+      : runLoop(generation, log),
+        bus(BusKind::session, runLoop, log),
+        scripting(bus, runLoop, log) {}
 
   StandardErrorLog log;
   SampleGeneration generation;

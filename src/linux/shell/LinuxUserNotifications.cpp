@@ -18,13 +18,13 @@ constexpr const char* clickAction = "default";
 constexpr std::chrono::microseconds longestCall = std::chrono::seconds(5);  // may start the server
 // A server that announces an action and the closing does so at once, in either order.
 constexpr Seconds actionMayFollow{0.3};
-constexpr std::size_t longestText = 2'000;  // bytes
+constexpr std::size_t longestShownText = 2'000;  // bytes
 constexpr std::size_t mostRemembered = 50;
 
 // Cut where a character begins.
 std::string shortened(const std::string& text) {
-  if (text.size() <= longestText) return text;
-  std::size_t end = longestText;
+  if (text.size() <= longestShownText) return text;
+  std::size_t end = longestShownText;
   while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80)
     --end;
   return text.substr(0, end) + "…";
@@ -193,7 +193,7 @@ void LinuxUserNotifications::showAnew() {
     std::erase_if(pending_.entries(), isDue);
     for (PendingNotification& entry : due) {
       entry.isToBeShownAnew = false;
-      show(std::move(entry));
+      show(entry);
     }
   });
 }
@@ -223,7 +223,7 @@ void LinuxUserNotifications::deliver(const UserNotification& notification) {
 }
 
 // One without a category asks nothing: it goes by itself, and nobody remembers it.
-void LinuxUserNotifications::show(PendingNotification entry) {
+void LinuxUserNotifications::show(const PendingNotification& entry) {
   const bool asks = !entry.notification.categoryIdentifier.empty();
   if (asks) remember(entry);
   if (!bus_) return;

@@ -43,7 +43,7 @@ class LinuxUserNotifications final : public UserNotifications {
   void disconnect();
   void findServer(sd_bus* bus);
   void serverIs(std::string name);
-  void show(PendingNotification notification);
+  void show(const PendingNotification& entry);
   void showAnew();
   void remember(const PendingNotification& entry);
   void hasShown(const PendingNotification& shown, std::uint32_t number);
@@ -60,7 +60,6 @@ class LinuxUserNotifications final : public UserNotifications {
 
   BusConnection& sessionBus_;
   LinuxRunLoop& runLoop_;
-  SystemLog& log_;
   PendingNotifications pending_;
   std::map<std::string, std::vector<UserNotificationAction>> categories_;
   ResponseHandler handler_;

@@ -31,7 +31,7 @@ double totalWidth(const std::vector<std::string_view>& clusters) {
 }  // namespace
 
 std::string trayText(const std::string& text, std::optional<double> maxWidth) {
-  const std::string shown = withoutControlCharacters(text);
+  std::string shown = withoutControlCharacters(text);
   if (!maxWidth || shown.empty()) return shown;
   std::vector<std::string_view> clusters = graphemeClusters(shown);
   double width = totalWidth(clusters);
