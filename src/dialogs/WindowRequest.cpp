@@ -12,7 +12,8 @@ namespace {
 // Absent members count as empty lists; others than texts are left out.
 QStringList textsIn(const QJsonObject& object, const char* key) {
   QStringList texts;
-  for (const QJsonValue& value : object[QLatin1String(key)].toArray()) {
+  const QJsonArray values = object[QLatin1String(key)].toArray();
+  for (const auto& value : values) {
     if (value.isString()) texts.append(value.toString());
   }
   return texts;

@@ -36,9 +36,10 @@ void BusConnection::connect() {
     return;
   }
   backOff_.noteSuccess();
-  if (hasLoggedAbsence_)
+  if (hasLoggedAbsence_) {
     log_.write(kind_ == BusKind::session ? "the session bus is there again"
                                          : "the system bus is there again");
+  }
   hasLoggedAbsence_ = false;
   sd_bus_slot* slot = nullptr;
   sd_bus_match_signal(bus_.get(), &slot, "org.freedesktop.DBus.Local",

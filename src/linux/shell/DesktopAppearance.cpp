@@ -18,6 +18,7 @@ constexpr const char* xfceSettings = "org.xfce.Xfconf";
 constexpr const char* xfceObject = "/org/xfce/Xfconf";
 constexpr const char* xfceChannel = "xsettings";
 constexpr const char* xfceTheme = "/Net/ThemeName";
+constexpr std::chrono::milliseconds longestFirstWait{200};
 constexpr std::uint64_t longestAnswer = 2'000'000;  // microseconds
 
 // 1: dark, 2: light, 0: no preference. The portal wraps the value once or, when it was asked by the
@@ -55,7 +56,14 @@ bool isFailure(sd_bus_message* reply) {
 
 DesktopAppearance::DesktopAppearance(BusConnection& sessionBus) : sessionBus_(sessionBus) {
   sessionBus_.watch(
-      this, [this](sd_bus* bus) { ask(bus); }, [this] { slots_.clear(); });
+      this, [this](sd_bus* bus) { ask(bus); },
+      [this] {
+        slots_.clear();
+        answersToCome_ = 0;
+      });
+  if (sessionBus_.get()) {
+    serveBus(sessionBus_.get(), longestFirstWait, [this] { return answersToCome_ == 0; });
+  }
 }
 
 DesktopAppearance::~DesktopAppearance() {
@@ -89,6 +97,7 @@ void DesktopAppearance::ask(sd_bus* bus) {
     sd_bus_call_async(bus, &slot, message, isPortal ? onPortalAnswer : onThemeAnswer, this,
                       longestAnswer);
     keep(std::exchange(slot, nullptr));
+    ++answersToCome_;
   }
 }
 
@@ -100,6 +109,7 @@ void DesktopAppearance::take(std::optional<bool>& known, std::optional<bool> now
 
 int DesktopAppearance::onPortalAnswer(sd_bus_message* reply, void* appearance, sd_bus_error*) {
   auto* self = static_cast<DesktopAppearance*>(appearance);
+  --self->answersToCome_;
   if (!isFailure(reply)) self->take(self->portalIsDark_, readScheme(reply));
   return 0;
 }
@@ -116,6 +126,7 @@ int DesktopAppearance::onPortalChange(sd_bus_message* signal, void* appearance, 
 
 int DesktopAppearance::onThemeAnswer(sd_bus_message* reply, void* appearance, sd_bus_error*) {
   auto* self = static_cast<DesktopAppearance*>(appearance);
+  --self->answersToCome_;
   if (!isFailure(reply)) self->take(self->themeIsDark_, readTheme(reply));
   return 0;
 }

@@ -11,12 +11,13 @@ namespace kestro {
 
 class DesktopAppearance {
  public:
+  // Waits a little for the first answers, so that the first window has the right colours.
   explicit DesktopAppearance(BusConnection& sessionBus);
   ~DesktopAppearance();
   DesktopAppearance(const DesktopAppearance&) = delete;
   DesktopAppearance& operator=(const DesktopAppearance&) = delete;
 
-  // Absent: nobody says.
+  // Absent: nobody says, or nobody has said it yet.
   std::optional<bool> isDark() const;
   // Called when it has changed, also when it is known for the first time.
   void observe(std::function<void()> observer) { observer_ = std::move(observer); }
@@ -33,6 +34,7 @@ class DesktopAppearance {
   std::function<void()> observer_;
   std::optional<bool> portalIsDark_;
   std::optional<bool> themeIsDark_;
+  int answersToCome_ = 0;
   std::vector<SlotPointer> slots_;
 };
 

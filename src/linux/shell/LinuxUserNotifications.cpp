@@ -108,7 +108,7 @@ struct LinuxUserNotifications::Call {
 
 LinuxUserNotifications::LinuxUserNotifications(BusConnection& sessionBus, LinuxRunLoop& runLoop,
                                                SystemLog& log, std::filesystem::path pendingFile)
-    : sessionBus_(sessionBus), runLoop_(runLoop), log_(log), pending_(std::move(pendingFile), log) {
+    : sessionBus_(sessionBus), runLoop_(runLoop), pending_(std::move(pendingFile), log) {
   sessionBus_.watch(
       this, [this](sd_bus* bus) { connect(bus); }, [this] { disconnect(); });
 }
