@@ -108,11 +108,11 @@ class LinuxDesktop final : public Desktop {
   std::vector<std::string> languages_;
   DesktopEntries desktopEntries_;
   ApplicationIdentity identity_;
+  LinuxChildProcesses childProcesses_;
   LinuxWorkspace workspace_;
   X11WindowServer windowServer_;
   LinuxAccessibility accessibility_;
   PlistUserDefaultsDatabase defaults_;
-  LinuxChildProcesses childProcesses_;
   LinuxFiles files_;
   LinuxFileEvents fileEvents_;
   BusConnection systemBus_;
@@ -144,7 +144,7 @@ LinuxDesktop::LinuxDesktop(std::unique_ptr<Session> session, DesktopOptions opti
       languages_(preferredLanguages(localeVariablesOfEnvironment())),
       desktopEntries_(applicationDirectories(), languages_),
       identity_(desktopEntries_),
-      workspace_(x11_, identity_, generation_),
+      workspace_(x11_, desktopEntries_, identity_, childProcesses_, generation_),
       windowServer_(x11_),
       accessibility_(x11_, identity_, generation_, log_),
       defaults_(configurationDirectory(), log_),

@@ -46,6 +46,8 @@ class Workspace {
 
   // Starts the application there, or brings it to the front. Nobody hears whether it works.
   virtual void openApplication(const std::string& bundlePath) = 0;
+  // Opens the desktop's settings where accessibility is permitted. False: it has none.
+  virtual bool openAccessibilitySettings() = 0;
 
   // Frames of all attached screens, the main screen first, in screen coordinates (origin at the
   // bottom left of the main screen, y upwards).

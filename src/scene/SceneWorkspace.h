@@ -22,6 +22,8 @@ class SceneWorkspace final : public Workspace {
   // A running application's, else that of an installed one.
   std::optional<std::string> applicationPath(std::string_view bundleIdentifier) override;
   void openApplication(const std::string& bundlePath) override;
+  // The designed platform always has them.
+  bool openAccessibilitySettings() override { return true; }
   std::vector<Rect> screens() override { return state_.system.screens; }
 
  private:

@@ -302,8 +302,12 @@ class QuestionsTest(LiveTest):
         press("Escape")  # launch at login
         wait_for_no_window(QUESTION)
         wait_for_window(QUESTION)
-        press("Escape")
+        press("Return")  # there are no settings to open: it says what to do
         helper.wait_for_samples(1, -1.0)
+        wait_for_window(QUESTION)
+        press("Return")
+        wait_for_no_window(QUESTION)
+        self.assertFalse(self.stored("dontNotifyAboutDisabledAccessibilityAPI"))
 
     def test_quit(self):
         write_preferences(folder=pathlib.Path(os.environ["HOME"]) / "test_quit_preferences",
@@ -501,6 +505,17 @@ class CallTest(ShellTest):
                 wait_until(lambda: not self.sound.streams("sink-inputs") and
                            not self.sound.streams("source-outputs"), "silence")
         self.assertIsNone(self.notifications.window())
+
+    def test_no_notification_server(self):
+        """Nobody can be asked: the editor opens at once."""
+        self.notifications.stop()
+        self.addCleanup(self.notifications.start)
+        browser = self.start_call()
+        self.helper.wait_for_samples(4, self.helper.now())
+        browser.end()
+        wait_for_window("Record Meeting Details")
+        press("Escape")
+        wait_for_no_window("Record Meeting Details")
 
     def test_sound_server_restarts(self):
         before = self.helper.now()

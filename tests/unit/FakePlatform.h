@@ -212,6 +212,7 @@ struct EmptyWorkspace final : Workspace {
   std::optional<ApplicationBundle> bundleAtPath(const std::string&) override { return {}; }
   std::optional<std::string> applicationPath(std::string_view) override { return {}; }
   void openApplication(const std::string&) override {}
+  bool openAccessibilitySettings() override { return false; }
   std::vector<Rect> screens() override { return {}; }
 };
 

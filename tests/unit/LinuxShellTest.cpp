@@ -6,6 +6,7 @@
 #include "FakePlatform.h"
 #include "control/PauseDuration.h"
 #include "control/StatusText.h"
+#include "linux/applications/LaunchCommand.h"
 #include "linux/audio/LinuxPowerManagement.h"
 #include "linux/shell/LinuxLoginItems.h"
 #include "linux/shell/MenuRows.h"
@@ -164,6 +165,26 @@ TEST(PendingNotifications, outliveTheProcess) {
   EXPECT_FALSE(pending.take(7));
   std::ofstream(file) << "no property list";
   EXPECT_TRUE(PendingNotifications(file, log).entries().empty());
+}
+
+TEST(LaunchCommand, isReadFromADesktopFile) {
+  struct Case {
+    const char* exec;
+    std::vector<std::string> command;
+  };
+  const std::vector<Case> cases{
+      {"tool", {"tool"}},
+      {"gnome-control-center  universal-access %U", {"gnome-control-center", "universal-access"}},
+      {R"("/opt/a b/tool" --name="x y" "\"q\"" 50%%)",
+       {"/opt/a b/tool", "--name=x y", R"("q")", "50%"}},
+      {R"(tool "not ended)", {}},
+      {"%F", {}},
+      {"", {}},
+  };
+  for (const Case& each : cases)
+    EXPECT_EQ(launchCommand(each.exec), each.command) << each.exec;
+  EXPECT_EQ(programInPath("/bin/sh"), "/bin/sh");
+  EXPECT_FALSE(programInPath("no-such-program"));
 }
 
 // A browser (10) whose sound is made by its child (11), a player (20), a sandboxed program (30)

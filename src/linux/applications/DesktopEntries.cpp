@@ -101,7 +101,8 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text,
     if (entry.name.empty()) entry.name = member(key);
   }
   entry.windowClass = member("StartupWMClass");
-  entry.program = programOf(member("Exec"));
+  entry.exec = member("Exec");
+  entry.program = programOf(entry.exec);
   entry.opensWebAddresses = namesWebScheme(member("MimeType"));
   return entry;
 }

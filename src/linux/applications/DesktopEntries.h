@@ -19,6 +19,7 @@ struct DesktopEntry {
   std::string name;         // in the user's language where the file has it
   std::string windowClass;  // StartupWMClass, empty without one
   std::string program;      // the last path component of Exec's program, empty without one
+  std::string exec;         // what starts it, as the file says
   bool opensWebAddresses = false;
 };
 

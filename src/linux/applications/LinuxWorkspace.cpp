@@ -4,14 +4,21 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <map>
 
+#include "linux/applications/LaunchCommand.h"
 #include "linux/process/ProcessInformation.h"
 #include "linux/windows/ScreenCoordinates.h"
 
 namespace kestro {
 namespace {
+
+// Of GNOME, KDE, Xfce, MATE and Cinnamon.
+constexpr std::array<std::string_view, 5> accessibilitySettings{
+    "gnome-universal-access-panel", "kcm_access", "xfce4-accessibility-settings",
+    "mate-at-properties", "cinnamon-settings-universal-access"};
 
 bool exists(ProcessIdentifier process) {
   return process > 0 && (kill(process, 0) == 0 || errno == EPERM);
@@ -65,6 +72,33 @@ std::vector<RunningApplication> LinuxWorkspace::runningApplications(
 
 std::optional<std::string> LinuxWorkspace::executablePath(ProcessIdentifier process) {
   return kestro::executablePath(process);
+}
+
+std::optional<std::string> LinuxWorkspace::applicationPath(std::string_view bundleIdentifier) {
+  const auto found = std::ranges::find(entries_.all(), bundleIdentifier, &DesktopEntry::identifier);
+  return found == entries_.all().end() ? std::nullopt : std::optional(found->path.string());
+}
+
+void LinuxWorkspace::openApplication(const std::string& desktopFile) {
+  const auto found = std::ranges::find_if(entries_.all(), [&](const DesktopEntry& entry) {
+    return entry.path.string() == desktopFile;
+  });
+  if (found == entries_.all().end()) return;
+  std::vector<std::string> command = launchCommand(found->exec);
+  const auto program = command.empty() ? std::nullopt : programInPath(command.front());
+  if (!program) return;
+  command.erase(command.begin());
+  childProcesses_.startDetached(*program, command);
+}
+
+bool LinuxWorkspace::openAccessibilitySettings() {
+  for (const std::string_view identifier : accessibilitySettings) {
+    const auto path = applicationPath(identifier);
+    if (!path) continue;
+    openApplication(*path);
+    return true;
+  }
+  return false;
 }
 
 std::vector<Rect> LinuxWorkspace::screens() {

@@ -1,4 +1,6 @@
 #include "platform/Accessibility.h"
+#include "platform/Alerts.h"
+#include "platform/LocalizedStrings.h"
 #include "platform/LoginItems.h"
 #include "platform/Process.h"
 #include "platform/Workspace.h"
@@ -12,9 +14,17 @@ bool KSHelper::accessibilityAvailable(Process& process) {
   return process.platform().accessibility.isTrusted();
 }
 
-// The system's settings are not the helper's to find yet.
+// Where the system has none, the user is told what to do instead.
 void KSHelper::openAccessibilityPreferencePane(Process& process) {
   recordOperation(process, "KSHelper openAccessibilityPreferencePane");
+  if (process.platform().workspace.openAccessibilitySettings()) return;
+  process.platform().alerts.present(
+      {localizedString(process, "This desktop has no settings for accessibility."),
+       localizedString(process,
+                       "Install the package at-spi2-core and log in again; Kestro then switches "
+                       "accessibility on by itself."),
+       {localizedString(process, "OK")}},
+      nullptr);
 }
 
 std::string KSHelper::mainAppBundleIdentifierForLaunching() {
