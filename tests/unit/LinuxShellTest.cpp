@@ -7,7 +7,6 @@
 #include "control/PauseDuration.h"
 #include "control/StatusText.h"
 #include "linux/applications/LaunchCommand.h"
-#include "linux/audio/LinuxPowerManagement.h"
 #include "linux/shell/LinuxLoginItems.h"
 #include "linux/shell/MenuRows.h"
 #include "linux/shell/PendingNotifications.h"
@@ -185,73 +184,6 @@ TEST(LaunchCommand, isReadFromADesktopFile) {
     EXPECT_EQ(launchCommand(each.exec), each.command) << each.exec;
   EXPECT_EQ(programInPath("/bin/sh"), "/bin/sh");
   EXPECT_FALSE(programInPath("no-such-program"));
-}
-
-// A browser (10) whose sound is made by its child (11), a player (20), a sandboxed program (30)
-// that is process 2 inside.
-ProcessFacts inventedFacts() {
-  const auto path = [](ProcessIdentifier process) -> std::optional<std::string> {
-    if (process == 10 || process == 11) return "/opt/browser/browser";
-    if (process == 20) return "/usr/bin/player";
-    if (process == 30) return "/app/bin/caller-with-a-long-name";
-    if (process == 2) return "/usr/lib/systemd/systemd-udevd";
-    if (process == 1) return "/usr/lib/systemd/systemd";
-    return std::nullopt;
-  };
-  const auto name = [path](ProcessIdentifier process) -> std::optional<std::string> {
-    const auto whole = path(process);
-    if (!whole) return std::nullopt;
-    return std::filesystem::path(*whole).filename().string().substr(0, 15);
-  };
-  const auto parent = [](ProcessIdentifier process) -> std::optional<ProcessIdentifier> {
-    return process == 11 ? 10 : 1;
-  };
-  const auto inside = [](ProcessIdentifier process,
-                         const std::string& program) -> std::optional<ProcessIdentifier> {
-    return process == 2 && program == "caller-with-a-l" ? std::optional(30) : std::nullopt;
-  };
-  return {path, name, parent, inside};
-}
-
-TEST(AudioAssertions, areThoseOfApplications) {
-  const Date since(std::chrono::seconds(1));
-  struct Case {
-    const char* name;
-    AudioStream stream;
-    std::optional<ProcessIdentifier> listedUnder;
-  };
-  const std::vector<Case> cases{
-      {"a browser's playback", {false, false, true, false, 11, "browser", since}, 10},
-      {"a browser's microphone", {true, false, true, false, 11, "browser", since}, 10},
-      {"paused", {false, true, true, false, 11, "browser", since}, std::nullopt},
-      {"a level meter or a monitor", {true, false, true, true, 20, "player", since}, std::nullopt},
-      {"the server's own", {true, false, false, false, 20, "player", since}, std::nullopt},
-      {"without a process", {true, false, true, false, std::nullopt, "", since}, std::nullopt},
-      {"gone", {true, false, true, false, 99, "gone", since}, std::nullopt},
-      {"sandboxed", {true, false, true, false, 2, "caller-with-a-long-name", since}, 30},
-      {"of another name", {true, false, true, false, 20, "something", since}, 20},
-  };
-  for (const Case& each : cases) {
-    const auto assertions = audioAssertions({each.stream}, inventedFacts());
-    EXPECT_EQ(assertions.empty() ? std::nullopt : std::optional(assertions.begin()->first),
-              each.listedUnder)
-        << each.name;
-  }
-}
-
-TEST(Inhibitors, areOnOnlyBesideSound) {
-  PowerManagement::AssertionsByProcess assertions;
-  assertions[10] = {};
-  addInhibitors(assertions, {{"Browser", "On a call", true, true, 10},
-                             {"Player", "on a call", true, false, 20},
-                             {"Session", "call in progress", false, true, std::nullopt}});
-  const auto level = [&](ProcessIdentifier process, std::size_t place) {
-    return *assertions.at(process).at(place).find("AssertLevel")->get<std::int64_t>();
-  };
-  EXPECT_EQ(assertions.at(10).size(), 2U);
-  EXPECT_EQ(level(10, 0), 255);
-  EXPECT_EQ(level(20, 0), 0);
-  EXPECT_EQ(level(0, 0), 0);
 }
 
 }  // namespace

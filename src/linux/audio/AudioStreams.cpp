@@ -3,11 +3,20 @@
 #include "linux/audio/SoundServerConnection.h"
 
 namespace kestro {
+namespace {
+
+// With two samples in it, a call outlives a server that is started anew.
+constexpr std::chrono::milliseconds longestMemory{2500};
+
+}  // namespace
 
 AudioStreams::AudioStreams(SystemLog& log)
     : log_(log), connection_(std::make_unique<SoundServerConnection>()) {}
 
-AudioStreams::~AudioStreams() = default;
+AudioStreams::~AudioStreams() {
+  // A thread that waits for an X server that says nothing is left to end with the process.
+  if (!connection_->prepareToEnd()) static_cast<void>(connection_.release());
+}
 
 std::vector<AudioStream> AudioStreams::snapshot() {
   SoundServerConnection::State state = connection_->state();
@@ -19,7 +28,14 @@ std::vector<AudioStream> AudioStreams::snapshot() {
     }
     wasConnected_ = state.isConnected;
   }
-  return std::move(state.streams);
+  const auto now = std::chrono::steady_clock::now();
+  if (!state.isConnected || !state.isSettled) {
+    if (now - lastSeenAt_ > longestMemory) lastSeen_.clear();
+    return lastSeen_;
+  }
+  lastSeenAt_ = now;
+  lastSeen_ = std::move(state.streams);
+  return lastSeen_;
 }
 
 }  // namespace kestro

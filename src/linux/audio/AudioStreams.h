@@ -5,6 +5,7 @@
 // minute. Main thread only.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -36,12 +37,15 @@ class AudioStreams {
   AudioStreams(const AudioStreams&) = delete;
   AudioStreams& operator=(const AudioStreams&) = delete;
 
-  // As they are now; none without a server.
+  // As they are now; none without a server, but for the first seconds after its loss, in which they
+  // are as they were.
   std::vector<AudioStream> snapshot();
 
  private:
   SystemLog& log_;
   std::optional<bool> wasConnected_;  // when the log was last told
+  std::vector<AudioStream> lastSeen_;
+  std::chrono::steady_clock::time_point lastSeenAt_;
   std::unique_ptr<SoundServerConnection> connection_;
 };
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -29,11 +30,15 @@ class LinuxPowerManagement final : public PowerManagement {
  private:
   using Inside = std::pair<ProcessIdentifier, std::string>;
 
+  std::optional<ProcessIdentifier> processInside(const Inside& inside);
+
   const Inhibitors& inhibitors_;
   AudioStreams streams_;
   ProcessFacts facts_;
-  // What the search of all processes has found, while it is there.
-  std::map<Inside, ProcessIdentifier> processesInNamespaces_;
+  // What searches of all processes have found, also that there is none: kept while one snapshot
+  // after the other asks for it.
+  std::map<Inside, std::optional<ProcessIdentifier>> processesBefore_;
+  std::map<Inside, std::optional<ProcessIdentifier>> processesNow_;
 };
 
 }  // namespace kestro

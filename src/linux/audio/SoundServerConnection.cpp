@@ -4,6 +4,7 @@
 #include <charconv>
 #include <csignal>
 #include <string_view>
+#include <utility>
 
 namespace kestro {
 namespace {
@@ -65,6 +66,12 @@ SoundServerConnection::SoundServerConnection() : loop_(pa_threaded_mainloop_new(
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
+bool SoundServerConnection::prepareToEnd() {
+  const std::lock_guard lock(mutex_);
+  isEnding_ = true;
+  return !isMakingContext_;
+}
+
 SoundServerConnection::~SoundServerConnection() {
   if (!loop_) return;
   pa_threaded_mainloop_stop(loop_);
@@ -93,13 +100,23 @@ void SoundServerConnection::onTimer(pa_mainloop_api*, pa_time_event*, const time
 }
 
 void SoundServerConnection::connect() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (isEnding_) return;
+    isMakingContext_ = true;
+  }
   context_ = pa_context_new(api_, "Kestro");
+  {
+    const std::lock_guard lock(mutex_);
+    isMakingContext_ = false;
+  }
   if (!context_) return fail();
   pa_context_set_state_callback(context_, onState, this);
-  pa_context_set_event_callback(context_, nullptr, nullptr);
   pa_context_set_subscribe_callback(context_, onEvent, this);
   setTimer(longestConnecting);
-  if (pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0) fail();
+  // A failure may have come to onState already.
+  const int error = pa_context_connect(context_, nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr);
+  if (error < 0 && context_) fail();
 }
 
 void SoundServerConnection::close() {
@@ -113,8 +130,7 @@ void SoundServerConnection::close() {
 
 SoundServerConnection::State SoundServerConnection::state() {
   std::unique_lock lock(mutex_);
-  const bool isFirst = std::exchange(isFirstLook_, false);
-  if (isFirst) settled_.wait_for(lock, longestFirstWait, [this] { return state_.isSettled; });
+  settled_.wait_until(lock, begun_ + longestFirstWait, [this] { return state_.isSettled; });
   return state_;
 }
 

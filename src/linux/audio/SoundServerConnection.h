@@ -4,6 +4,7 @@
 
 #include <pulse/pulseaudio.h>
 
+#include <chrono>
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -46,8 +47,13 @@ class SoundServerConnection {
   SoundServerConnection(const SoundServerConnection&) = delete;
   SoundServerConnection& operator=(const SoundServerConnection&) = delete;
 
-  // Waits a little for the first answer.
+  // Waits for the first answer in the first half second of the connection only.
   State state();
+
+  // To be called before it is destroyed, which it must not be when this is false: within a session
+  // of ssh, libpulse asks the X server where the sound server is, and waits for its answer without
+  // a bound.
+  bool prepareToEnd();
 
  private:
   static SoundServerConnection* self(void* connection) {
@@ -92,7 +98,9 @@ class SoundServerConnection {
 
   std::mutex mutex_;
   std::condition_variable settled_;
-  bool isFirstLook_ = true;
+  const std::chrono::steady_clock::time_point begun_ = std::chrono::steady_clock::now();
+  bool isMakingContext_ = false;
+  bool isEnding_ = false;
   State state_;
 };
 
