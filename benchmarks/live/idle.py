@@ -9,9 +9,10 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).parents[2] / "tests/live"))
 
 import processes  # noqa: E402
-from desktop_parts import Dunst, Menu, Sound, XfcePanel  # noqa: E402
+from desktop_parts import Dunst, Menu, XfcePanel  # noqa: E402
 from helper import Helper  # noqa: E402
 from processes import run, wait_until  # noqa: E402
+from sound import Sound  # noqa: E402
 
 SECONDS = int(os.environ.get("KESTRO_BENCH_IDLE_SECONDS", "60"))
 KESTROCTL = str(pathlib.Path(os.environ["KESTRO_HELPER"]).parent / "kestroctl")

@@ -1,5 +1,5 @@
-"""Parts of a desktop that tests start and stop: a panel, a notification server, a sound server; and
-the helper's menu as a panel reads it."""
+"""Parts of a desktop that tests start and stop: a panel and a notification server; and the helper's
+menu as a panel reads it."""
 
 import json
 import os
@@ -128,50 +128,6 @@ class Dunst:
 
     def end(self):
         self.program.end()
-
-
-class Sound:
-    """PipeWire with a loudspeaker and a microphone that are none."""
-
-    def __init__(self):
-        self.programs = [Program("pipewire")]
-        wait_until((pathlib.Path(os.environ["XDG_RUNTIME_DIR"]) / "pipewire-0").exists, "PipeWire")
-        self.programs.append(Program("wireplumber"))
-        self.start_server()
-
-    def start_server(self):
-        self.server = Program("pipewire-pulse")
-        wait_until(self.answers, "the sound server")
-        run("pactl", "load-module", "module-null-sink", "sink_name=spk")
-        run("pactl", "load-module", "module-null-sink", "sink_name=headset")
-        run("pactl", "load-module", "module-null-sink", "media.class=Audio/Source/Virtual",
-            "sink_name=fakemic")
-        run("pactl", "set-default-sink", "spk")
-        run("pactl", "set-default-source", "fakemic")
-
-    @staticmethod
-    def answers():
-        return subprocess.run(["pactl", "info"], capture_output=True, timeout=10).returncode == 0
-
-    def stop_server(self):
-        self.server.end()
-
-    @staticmethod
-    def play():
-        return Program("paplay", "--raw", "/dev/zero")
-
-    @staticmethod
-    def record(device="fakemic"):
-        return Program("parecord", "--raw", "-d", device, "/dev/null")
-
-    @staticmethod
-    def streams(kind):
-        """The numbers of its "sink-inputs" or "source-outputs"."""
-        return [line.split()[0] for line in run("pactl", "list", kind, "short").splitlines()]
-
-    def end(self):
-        for program in [self.server, *reversed(self.programs)]:
-            program.end()
 
 
 class Menu:

@@ -10,6 +10,7 @@ import time
 import unittest
 
 import processes
+from audio_test import AudioTest
 from helper import Helper
 from live_test import LiveTest
 from processes import press, run, wait_until
@@ -293,7 +294,8 @@ class LossTest(MousepadTest):
 
 def load_tests(loader, _, __):
     order = [EditorTest, QtTest, BrowserTest, WebApplicationTest, NoHelperTest, CommandsTest,
-             TrayTest, QuestionsTest, ShortcutTest, CallTest, LossTest, BusLossTest]
+             TrayTest, QuestionsTest, ShortcutTest, AudioTest, CallTest, LossTest,
+             BusLossTest]
     return unittest.TestSuite(loader.loadTestsFromTestCase(case) for case in order)
 
 

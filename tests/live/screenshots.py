@@ -7,10 +7,11 @@ import sys
 import time
 
 import processes
-from desktop_parts import (Dunst, Menu, Sound, XfcePanel, helper_property, wait_for_no_window,
+from desktop_parts import (Dunst, Menu, XfcePanel, helper_property, wait_for_no_window,
                            wait_for_window)
 from helper import Helper, write_preferences
 from processes import press, run, wait_until
+from sound import Sound
 
 
 class Pictures:

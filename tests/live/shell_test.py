@@ -11,11 +11,12 @@ import subprocess
 import unittest
 
 import processes
-from desktop_parts import (HELPER, HELPER_INTERFACE, Dunst, Menu, Sound, XfcePanel, configuration,
+from desktop_parts import (HELPER, HELPER_INTERFACE, Dunst, Menu, XfcePanel, configuration,
                            helper_property, owns, wait_for_no_window, wait_for_window)
 from helper import Helper, write_preferences
 from live_test import LiveTest
 from processes import Program, press, run, wait_until
+from sound import Sound
 
 KESTROCTL = str(pathlib.Path(os.environ["KESTRO_HELPER"]).parent / "kestroctl")
 QUESTION = "Kestro Tracker"
@@ -485,26 +486,6 @@ class CallTest(ShellTest):
         wait_for_window("Record Meeting Details")
         press("Escape")
         wait_for_no_window("Record Meeting Details")
-
-    def test_no_calls(self):
-        for name, start in (("music", lambda: [self.sound.play()]),
-                            ("a recording", lambda: [self.sound.record()]),
-                            ("one program each", lambda: [self.sound.play(), self.sound.record()]),
-                            ("a screen recorder",
-                             lambda: [self.sound.record(), self.sound.record("spk.monitor")])):
-            with self.subTest(name):
-                programs = start()
-                wait_until(lambda: len(self.sound.streams("sink-inputs") +
-                                       self.sound.streams("source-outputs")) == len(programs),
-                           "the streams")
-                after = self.helper.now()
-                self.helper.wait_for_samples(3, after)
-                self.assertFalse(status()["inCall"])
-                for program in programs:
-                    program.end()
-                wait_until(lambda: not self.sound.streams("sink-inputs") and
-                           not self.sound.streams("source-outputs"), "silence")
-        self.assertIsNone(self.notifications.window())
 
     def test_no_notification_server(self):
         """Nobody can be asked: the editor opens at once."""
