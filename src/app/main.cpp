@@ -10,6 +10,7 @@
 
 #include "app/LaunchSwitches.h"
 #include "app/runHelper.h"
+#include "foundation/PrivateFiles.h"
 #include "foundation/TimeZone.h"
 #include "linux/LinuxDesktop.h"
 #include "scene/RemovalAtSignal.h"
@@ -79,14 +80,17 @@ class Helper {
   // A transcript holds what was read from the desktop: a new file is the owner's alone.
   bool openTranscript() {
     if (!settings_.transcript || settings_.transcript == "-") return true;
-    const bool isNew = !std::filesystem::exists(*settings_.transcript);
+    std::error_code error;
+    if (!std::filesystem::exists(*settings_.transcript, error)) {
+      try {
+        createPrivateFile(*settings_.transcript);
+      } catch (const std::filesystem::filesystem_error&) {
+        return false;
+      }
+    }
     // A helper that has relaunched itself goes on where the one before it ended.
     transcriptFile_.open(*settings_.transcript, settings_.scene ? std::ios::trunc : std::ios::app);
     if (!transcriptFile_.is_open()) return false;
-    using std::filesystem::perms;
-    if (isNew) {
-      std::filesystem::permissions(*settings_.transcript, perms::owner_read | perms::owner_write);
-    }
     return true;
   }
 

@@ -38,8 +38,8 @@ class KSInfoExtractor {
   // For an ordinary application with one window, main and focused, costs 11 requests: two for the
   // windows, role and identifier of each, and the window's full-screen state, size, title and
   // document, and what GeneralAccessibilityInfoExtractor needs. The window list is read only when
-  // that gave no title. An application that does not answer costs the messaging timeout for each
-  // request that its backend still sends.
+  // that gave no title. An application that does not answer costs what is left of
+  // the sample's budget of time, once.
   std::optional<Activity> currentActivity();
 
   const std::set<std::string>& noAccessibilityApplicationBundleIdentifiers();

@@ -119,6 +119,7 @@ void ReadableWriter::write(Seconds time, std::string_view kind,
 void ReadableWriter::writeActivity(Seconds time, PropertyListDictionary fields) {
   // What a sample cost, and which handles it saw, is no change of activity.
   fields.remove("requests");
+  fields.remove("budgetUsedUp");
   fields.remove("accessibilityWindows");
   if (shownActivity_ == fields) return;
   if (fields.empty()) {

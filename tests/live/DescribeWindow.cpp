@@ -24,7 +24,9 @@ int fail(const char* reason) {
 }
 
 int describeFrontmostWindow(std::int64_t levels) {
-  const auto desktop = makeLinuxDesktop({});
+  DesktopOptions options;
+  options.servesSession = false;  // it looks, beside a helper perhaps
+  const auto desktop = makeLinuxDesktop(std::move(options));
   Process process(desktop->platform());
   const auto frontmost = process.platform().workspace.frontmostApplication();
   if (!frontmost) return fail("no application is in front");

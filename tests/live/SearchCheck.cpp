@@ -151,6 +151,8 @@ int check(Desktop& desktop) {
 }  // namespace kestro
 
 int main() {
-  const auto desktop = kestro::makeLinuxDesktop({});
+  kestro::DesktopOptions options;
+  options.servesSession = false;  // it looks, beside a helper perhaps
+  const auto desktop = kestro::makeLinuxDesktop(std::move(options));
   return kestro::check(*desktop);
 }

@@ -1,7 +1,7 @@
 // Preferences as XML property lists below $XDG_CONFIG_HOME/kestro: the standard domain and the
 // product's two stores there, other applications' domains in `suites`. A file is read again when it
-// has changed. One that is no property list counts as empty, and is kept aside before the first
-// write; one that cannot be read counts as empty and is not written.
+// has changed. One that is no property list counts as empty, and is set aside when it is first
+// read; one that cannot be read counts as empty and is not written.
 // Main thread only.
 #pragma once
 

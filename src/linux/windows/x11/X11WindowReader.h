@@ -18,9 +18,9 @@ std::optional<std::vector<X11Window>> readWindows(X11Connection& connection, xcb
 // The members of a property of 32-bit values. `reply` may be null.
 std::vector<std::uint32_t> numbersOfProperty(const xcb_get_property_reply_t* reply);
 
-// The text when it is UTF-8, else the text taken as Latin-1, which old properties hold.
 // Empty without a property of bytes; valid while the reply is.
 std::string_view bytesOfProperty(const xcb_get_property_reply_t* reply);
+// The text when it is UTF-8, else the text taken as Latin-1, which old properties hold.
 std::string textOfProperty(const xcb_get_property_reply_t* reply);
 
 }  // namespace kestro
