@@ -10,16 +10,16 @@ SAMPLES_OF_16_BITS = 3
 FRAMES = b"\0" * 3200
 
 
-class SampleSpecification(ctypes.Structure):
+class SampleFormat(ctypes.Structure):
     _fields_ = [("format", ctypes.c_int), ("rate", ctypes.c_uint32), ("channels", ctypes.c_uint8)]
 
 
 def stream(direction, name):
     library = ctypes.CDLL("libpulse-simple.so.0")
     library.pa_simple_new.restype = ctypes.c_void_p
-    specification = SampleSpecification(SAMPLES_OF_16_BITS, 16000, 1)
+    sample_format = SampleFormat(SAMPLES_OF_16_BITS, 16000, 1)
     opened = library.pa_simple_new(None, b"Phone", direction, None, name,
-                                   ctypes.byref(specification), None, None, None)
+                                   ctypes.byref(sample_format), None, None, None)
     transfer = library.pa_simple_read if direction == RECORD else library.pa_simple_write
     buffer = ctypes.create_string_buffer(FRAMES, len(FRAMES))
     error = ctypes.c_int()

@@ -1,5 +1,5 @@
-// What starts an application: the Exec line of its desktop file, by the Desktop Entry
-// Specification.
+// What starts an application: the Exec line of its desktop file, by freedesktop.org's
+// rules for desktop entries.
 #pragma once
 
 #include <optional>

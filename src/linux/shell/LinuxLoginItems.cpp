@@ -9,7 +9,7 @@
 namespace kestro {
 namespace {
 
-// As the Desktop Entry Specification quotes an argument of Exec.
+// As an argument is quoted in Exec, by freedesktop.org's rules for desktop entries.
 std::string quotedArgument(const std::string& argument) {
   std::string quoted = "\"";
   for (const char character : argument) {

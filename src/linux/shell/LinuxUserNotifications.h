@@ -1,5 +1,5 @@
-// Notifications by the desktop's notification server (org.freedesktop.Notifications, the Desktop
-// Notifications Specification 1.2). Each gets exactly one answer: an action or a click wins over
+// Notifications by the desktop's notification server (org.freedesktop.Notifications, version
+// 1.2). Each gets exactly one answer: an action or a click wins over
 // the closing that some servers announce beside it. One that its server has lost is shown again by
 // the next, and one of an earlier process takes its own place anew: some servers (dunst) give an
 // answer only to the connection that asked. Main thread only.
